@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+#include <QCoreApplication>
+#include <QTextStream>
+#include <cstdio>
+#include <exception>
+
+#include "cli/cli.h"
+#include "platform/qt/qt_folders.h"
+
+int main(int argc, char* argv[]) {
+  QCoreApplication app(argc, argv);
+  QTextStream out(stdout);
+  QTextStream err(stderr);
+  try {
+    vt::platform::QtFolders folders;
+    vt::platform::NoFileUse fileUse;
+    QStringList args = QCoreApplication::arguments();
+    args.removeFirst();
+    return vt::cli::RunCli(args, out, err, folders, fileUse);
+  } catch (const std::exception& e) {
+    err << "vantorelle-cli: " << e.what() << "\n";
+    return 1;
+  }
+}

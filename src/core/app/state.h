@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+#include "app/log.h"
+#include "app/mode_flags.h"
+#include "canvas/work_canvas.h"
+#include "settings/settings.h"
+
+namespace vt::platform {
+class Dialogs;
+class Folders;
+class FileUse;
+class KeyPoll;
+class Clock;
+}  // namespace vt::platform
+
+namespace vt::app {
+
+/// File names of the current run.
+struct FileNames {
+  QString OutputFileName;      ///< name of the file export writes, no folder
+  QString SourceFileName;      ///< text source name with its language's extension
+  QString SourceFileExtUpper;  ///< that extension in upper case
+  QString SettingsFile;        ///< the active .LCD file (CurrentSettingsFile)
+  QString InitFolder;          ///< folder of the init file, with a trailing separator
+  bool FirstRun = false;
+  bool StartFromDefaults = false;  ///< the init file named no usable project
+};
+
+/// Everything of application scope: one per window, per command-line run, per test.
+struct AppState {
+  settings::Settings settings;
+  ModeFlags modes;
+  canvas::WorkCanvas canvas;
+  FileNames files;
+  Log log;
+  int ModeChoice = 0;  ///< answer code of the last dialog
+  QString LastMessageText;  ///< console mode: the previous message, to detect repeats
+};
+
+/// The platform, injected.
+struct Services {
+  platform::Dialogs& dialogs;
+  platform::Folders& folders;
+  platform::FileUse& fileUse;
+  platform::KeyPoll& escape;
+  platform::Clock& clock;
+};
+
+}  // namespace vt::app
