@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+#include "app/state.h"
+#include "settings/settings_file.h"
+
+namespace vt::app {
+
+/// Name of the init file that records the active settings file.
+inline const QString kInitFileName = QStringLiteral("Vantorelle.ini");
+/// Name of the default project's settings file in the init folder.
+inline const QString kDefaultSettingsName = QStringLiteral("default.LCD");
+/// Name of the saved log in the init folder.
+inline const QString kLogFileName = QStringLiteral("L.LOG");
+
+/// The init folder: "<Documents>/Vantorelle inits<version suffix>/", with a trailing separator.
+QString InitFolderPath(const platform::Folders& folders);
+/// The folders a first run creates under Documents, as folder-key defaults.
+settings::FolderDefaults FirstRunFolders(const platform::Folders& folders);
+
+/// Finds the init folder and the active settings file at start. A missing init file means a first
+/// run: the init folder, the init file naming default.LCD and the project folders are created and
+/// the samples copied. Sets `state.files.SettingsFile`, `InitFolder`, `FirstRun`.
+void LoadFolders(AppState& state, Services& services);
+
+/// Rewrites the init file with the active settings file. False, after telling the user, when the
+/// init file is held by another program or cannot be written.
+bool SaveFolders(AppState& state, Services& services);
+
+/// Loads the active settings file into the records. A missing file is first written with the
+/// factory settings; an unreadable one is reported and leaves the factory settings in force.
+/// Then the stored pixel mode is selected again and the canvas takes the display size.
+/// False when the file is held by another program (records unchanged).
+bool LoadConfigurationX(AppState& state, Services& services);
+
+/// Saves the records to the active settings file, keeping keys it does not know. A failure is
+/// logged as a handled exception and the records stay as they are. False on failure.
+bool SaveConfigurationX(AppState& state, Services& services);
+
+QString CurrentSettingsFile(const AppState& state);
+void SetCurrentSettingsFile(AppState& state, const QString& path);
+/// Folder of the current settings file, with a trailing separator.
+QString DefaultsFolder(const AppState& state);
+
+/// "Quit and Restore Factory Settings": asks, backs the settings folder up under a dated name and
+/// deletes the init file, so that the next start is a first run. True when the program must now
+/// terminate.
+bool RestoreDefaultSettings1Click(AppState& state, Services& services);
+
+}  // namespace vt::app

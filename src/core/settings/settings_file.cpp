@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: MIT
+#include "settings/settings_file.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "settings/key_table.h"
+
+namespace vt::settings {
+namespace {
+
+const QString kMruSection = QStringLiteral("S18");
+const QString kFontMruSection = QStringLiteral("S19");
+const QString kExtensionSection = QStringLiteral("FS0");
+const QString kSizeSection = QStringLiteral("I2");
+
+int ReadInt(const IniDocument& doc, const QString& section, const QString& key, int fallback) {
+  const auto text = doc.Value(section, key);
+  if (!text) return fallback;
+  return ParseIniInteger(*text).value_or(fallback);
+}
+
+}  // namespace
+
+QString MruKey(int n) { return QStringLiteral("mru%1").arg(n); }
+QString FontMruKey(int n) { return QStringLiteral("fmru%1").arg(n); }
+QString ExtensionKey(int n) { return QStringLiteral("ext%1").arg(n); }
+QString CustomWidthKey(int n) { return QStringLiteral("cs%1w").arg(n); }
+QString CustomHeightKey(int n) { return QStringLiteral("cs%1h").arg(n); }
+
+Settings DefaultSettings(const FolderDefaults& folders) {
+  Settings s;
+  s.folder.PFP = folders.PFP;
+  s.folder.BFP = folders.BFP;
+  s.folder.OFP = folders.OFP;
+  s.folder.FontFP = folders.FontFP;
+  s.folder.tfp1 = folders.tfp1;
+  s.folder.bfpa = folders.bfpa;
+  return s;
+}
+
+void ReadSettings(const IniDocument& doc, Settings& settings, const FolderDefaults& folders) {
+  Settings defaults = DefaultSettings(folders);
+  settings = defaults;
+  for (const KeyRow& row : KeyTable()) {
+    if (row.flags & kNoRead) continue;
+    const auto text = doc.Value(row.ReadSection(), row.ReadKey());
+    if (!text) continue;
+    SetFieldFromText(row.field(settings), *text, row.field(defaults));
+  }
+
+  for (int n = 0; n < kMruSlots; ++n) {
+    settings.mru[n] = doc.Value(kMruSection, MruKey(n)).value_or(kEmptyMruSlot);
+  }
+  for (int n = 0; n < kFontMruSlots; ++n) {
+    settings.fmru[n] = doc.Value(kFontMruSection, FontMruKey(n)).value_or(kEmptyMruSlot);
+  }
+  for (int n = 0; n < kExtensionSlots; ++n) {
+    settings.ext[n] = doc.Value(kExtensionSection, ExtensionKey(n)).value_or(QString());
+  }
+  for (int n = 0; n < kCustomSizeSlots; ++n) {
+    settings.customSizes[std::size_t(n)] =
+        QSize(ReadInt(doc, kSizeSection, CustomWidthKey(n), 0),
+              ReadInt(doc, kSizeSection, CustomHeightKey(n), 0));
+  }
+
+  static constexpr int kTouchResolutions[] = {8, 10, 12, 16, 24};
+  if (std::find(std::begin(kTouchResolutions), std::end(kTouchResolutions),
+                settings.touch.tfp3) == std::end(kTouchResolutions)) {
+    settings.touch.tfp3 = 8;
+  }
+}
+
+void WriteSettings(const Settings& settings, IniDocument& doc) {
+  // The table binds fields through a mutable reference; writing only reads them.
+  Settings& source = const_cast<Settings&>(settings);
+  for (const KeyRow& row : KeyTable()) {
+    if (row.flags & kNoWrite) continue;
+    const QString text = (row.flags & kConstant) ? QString::fromLatin1(row.defaultText)
+                                                 : FieldText(row.field(source));
+    doc.SetValue(row.WriteSection(), row.WriteKey(), text);
+  }
+  for (int n = 0; n < kMruSlots; ++n) {
+    const QString& v = n < settings.mru.size() ? settings.mru[n] : kEmptyMruSlot;
+    doc.SetValue(kMruSection, MruKey(n), v.isEmpty() ? kEmptyMruSlot : v);
+  }
+  for (int n = 0; n < kFontMruSlots; ++n) {
+    const QString& v = n < settings.fmru.size() ? settings.fmru[n] : kEmptyMruSlot;
+    doc.SetValue(kFontMruSection, FontMruKey(n), v.isEmpty() ? kEmptyMruSlot : v);
+  }
+  for (int n = 0; n < kExtensionSlots && n < settings.ext.size(); ++n) {
+    if (!settings.ext[n].isEmpty() || doc.Value(kExtensionSection, ExtensionKey(n))) {
+      doc.SetValue(kExtensionSection, ExtensionKey(n), settings.ext[n]);
+    }
+  }
+  for (int n = 0; n < kCustomSizeSlots; ++n) {
+    const QSize size = settings.customSizes[std::size_t(n)];
+    if (!size.isNull() || doc.Value(kSizeSection, CustomWidthKey(n))) {
+      doc.SetValue(kSizeSection, CustomWidthKey(n), QString::number(size.width()));
+      doc.SetValue(kSizeSection, CustomHeightKey(n), QString::number(size.height()));
+    }
+  }
+}
+
+}  // namespace vt::settings
