@@ -435,48 +435,48 @@ struct SearchReplaceGrid {
   bool C40 = false;
   bool C41 = false;
   bool C42 = false;
-  bool CO1s = false;
-  bool CO2s = false;
-  bool CO3s = false;
-  bool CO4s = false;
-  bool CO5s = false;
-  bool CO6s = false;
-  bool CO7s = false;
-  bool CO8s = false;
-  bool CO9s = false;
-  bool C10s = false;
-  bool C11s = false;
-  bool C12s = false;
-  bool C13s = false;
-  bool C14s = false;
-  bool C15s = false;
-  bool C16s = false;
-  bool C17s = false;
-  bool C18s = false;
-  bool C19s = false;
-  bool C20s = false;
-  bool C21s = false;
-  bool C22s = false;
-  bool C23s = false;
-  bool C24s = false;
-  bool C25s = false;
-  bool C26s = false;
-  bool C27s = false;
-  bool C28s = false;
-  bool C29s = false;
-  bool C30s = false;
-  bool C31s = false;
-  bool C32s = false;
-  bool C33s = false;
-  bool C34s = false;
-  bool C35s = false;
-  bool C36s = false;
-  bool C37s = false;
-  bool C38s = false;
-  bool C39s = false;
-  bool C40s = false;
-  bool C41s = false;
-  bool C42s = false;
+  QString CO1s;
+  QString CO2s;
+  QString CO3s;
+  QString CO4s;
+  QString CO5s;
+  QString CO6s;
+  QString CO7s;
+  QString CO8s;
+  QString CO9s;
+  QString C10s;
+  QString C11s;
+  QString C12s;
+  QString C13s;
+  QString C14s;
+  QString C15s;
+  QString C16s;
+  QString C17s;
+  QString C18s;
+  QString C19s;
+  QString C20s;
+  QString C21s;
+  QString C22s;
+  QString C23s;
+  QString C24s;
+  QString C25s;
+  QString C26s;
+  QString C27s;
+  QString C28s;
+  QString C29s;
+  QString C30s;
+  QString C31s;
+  QString C32s;
+  QString C33s;
+  QString C34s;
+  QString C35s;
+  QString C36s;
+  QString C37s;
+  QString C38s;
+  QString C39s;
+  QString C40s;
+  QString C41s;
+  QString C42s;
 };
 
 /// Settings record: see the key table for the file section of each field.
@@ -712,6 +712,7 @@ struct OtherSettings {
   QString adpr = QStringLiteral("0x");
   bool achb = true;
 };
+
 /// Number of slots of the dynamic lists kept in the settings file.
 inline constexpr int kMruSlots = 20;        ///< mru0..mru19 of section S18
 inline constexpr int kFontMruSlots = 11;    ///< fmru0..fmru10 of section S19
@@ -748,7 +749,12 @@ struct Settings {
   QStringList mru = QStringList(kMruSlots, kEmptyMruSlot);  ///< recently used files
   QStringList fmru = QStringList(kFontMruSlots, kEmptyMruSlot);  ///< recently used fonts
   QStringList ext = QStringList(kExtensionSlots);  ///< explorer filter extensions, empty = unset
-  std::array<QSize, kCustomSizeSlots> customSizes{};  ///< user display sizes, 0x0 = free slot
+  /// User display sizes; a slot of 0 x 0 is free.
+  std::array<QSize, kCustomSizeSlots> customSizes = [] {
+    std::array<QSize, kCustomSizeSlots> slots;
+    slots.fill(QSize(0, 0));
+    return slots;
+  }();
 };
 
 }  // namespace vt::settings

@@ -95,9 +95,10 @@ void WriteSettings(const Settings& settings, IniDocument& doc) {
   }
   for (int n = 0; n < kCustomSizeSlots; ++n) {
     const QSize size = settings.customSizes[std::size_t(n)];
-    if (!size.isNull() || doc.Value(kSizeSection, CustomWidthKey(n))) {
-      doc.SetValue(kSizeSection, CustomWidthKey(n), QString::number(size.width()));
-      doc.SetValue(kSizeSection, CustomHeightKey(n), QString::number(size.height()));
+    const bool used = size.width() > 0 && size.height() > 0;
+    if (used || doc.Value(kSizeSection, CustomWidthKey(n))) {
+      doc.SetValue(kSizeSection, CustomWidthKey(n), QString::number(used ? size.width() : 0));
+      doc.SetValue(kSizeSection, CustomHeightKey(n), QString::number(used ? size.height() : 0));
     }
   }
 }
