@@ -3,6 +3,7 @@
 
 #include <QList>
 #include <deque>
+#include <optional>
 
 #include "platform/dialogs.h"
 
@@ -24,6 +25,8 @@ class ScriptedDialogs final : public platform::Dialogs {
     if (request.buttons & platform::Buttons::Ok) return platform::Answer::Ok;
     return platform::Answer::Yes;
   }
+  /// The "Desktop centered" check box as the user leaves it; none by default.
+  std::optional<bool> LastDesktopCentered() const override { return desktopCentered; }
   /// Queues the answer for the next dialog.
   void Answer(int answer) { answers_.push_back(answer); }
   /// Texts of every dialog shown so far.
@@ -34,6 +37,7 @@ class ScriptedDialogs final : public platform::Dialogs {
   }
 
   QList<platform::DialogRequest> shown;
+  std::optional<bool> desktopCentered;
 
  private:
   std::deque<int> answers_;

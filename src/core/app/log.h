@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QDateTime>
 #include <QString>
 #include <QStringList>
 
@@ -33,13 +34,27 @@ class Log {
   QString LastControl;
   int ExceptionNumber = 0;
   int StartPhase = 0;
+  int StartPhase2 = 0;  ///< the second start counter, reported beside StartPhase
   bool AsciiInitDone = false;
-  QStringList ErrorMessages;  ///< text of every error dialog, kept apart
-  QStringList ReportTags;     ///< tags passed to the error report ("Handled_Except", ...)
+  bool ExceptionOccurred = false;    ///< set by the exception handler
+  bool InvalidGdiParameter = false;  ///< the handler met "Invalid Parameter for GDI+" on purpose
+  bool NoLogErrorOnce = false;       ///< the next error dialog is not added to ErrorMessages
+  bool TerminateRequested = false;   ///< console: a repeated message with ExitOnRepeat ends the run
+  QStringList ErrorMessages;         ///< text of every error dialog, kept apart
+  QStringList ReportTags;            ///< tags passed to the error report ("Handled_Except", ...)
+  QStringList Report;  ///< console mode report: the messages answered without a window
 
   /// The handled-exception convention: LastErrorText := `shortText`, ExceptionNumber + 1, and the
   /// tag "Handled_Except" goes to the error report.
   void HandledExcept(const QString& shortText);
+  /// The error report: keeps `tag` in ReportTags. Nothing leaves the machine.
+  void ErrorReport(const QString& tag);
+
+  /// Name of the console report written at `at`: "Report dd.mm.yy hh.mm.ss.txt".
+  static QString ReportFileName(const QDateTime& at);
+  /// Writes the console report into `folder` under ReportFileName(at). False when the folder is
+  /// missing or the write fails.
+  bool WriteReport(const QString& folder, const QDateTime& at) const;
 
  private:
   QStringList lines_;

@@ -11,13 +11,19 @@ namespace vt::app {
 struct AppState;
 
 /// The central message routine: logs "Message :" and the text, shows it through `dialogs`
-/// (or answers by itself in console mode), logs the answer and returns its code.
-/// `buttons` is a Buttons mask, `helpContext` is always 0.
+/// (or answers by itself in console mode), logs the answer and returns its code, which is also
+/// kept in ModeChoice. `buttons` is a Buttons mask, `helpContext` is always 0.
+/// An error dialog's text is kept in Log::ErrorMessages unless Log::NoLogErrorOnce is set (the
+/// flag is cleared either way). In console mode the message goes to Log::Report, nothing is
+/// shown, and the answer is Ok when the set holds Ok, else Yes; the same text twice in a row
+/// writes the report into the init folder and, with ExitOnRepeat, sets Log::TerminateRequested.
 int MessageDlgA(AppState& state, platform::Dialogs& dialogs, const QString& text,
                 const QString& caption, int helpContext, int buttons, platform::DialogType type);
 
-/// The same with button captions of the caller's choosing: the first caption answers 1, the
-/// second 2, the third 4. `lastCaptionIndex` is the index of the last caption used.
+/// The same with button captions of the caller's choosing, logged as "Message Dialog :" and the
+/// text. The captions replace those of the set's buttons in order (see platform::ButtonsOf), so
+/// with the sets 12 and 44 the first caption answers 1, the second 2, the third 4.
+/// `lastCaptionIndex` is the index of the last caption used; later buttons stay without one.
 int MyMessageDialog(AppState& state, platform::Dialogs& dialogs, const QString& text,
                     platform::DialogType type, int lastCaptionIndex, const QStringList& captions,
                     int buttons);
