@@ -322,40 +322,6 @@ TEST(PixelModeTable, HasOneRowPerModeInEnumOrderWithUniqueNames) {
   EXPECT_EQ(PixelModeFromName(QStringLiteral("colors16M")), std::nullopt);
 }
 
-TEST(PixelModeTable, SizeClassesAndColourDepthsFollowTheColourGroups) {
-  struct Row {
-    PixelMode mode;
-    int sizeClass;
-    int depth;
-  };
-  const Row rows[] = {
-      {PixelMode::Monochrome, 0, 8},        {PixelMode::Colors8, 0, 8},
-      {PixelMode::Gray32Packed, 0, 8},      {PixelMode::Colors256, 0, 8},
-      {PixelMode::Colors4096Packed, 1, 16}, {PixelMode::Colors4096, 1, 16},
-      {PixelMode::Colors65536, 1, 16},      {PixelMode::Colors262kPacked, 2, 18},
-      {PixelMode::Colors262k, 2, 18},       {PixelMode::Colors16MPacked, 2, 24},
-      {PixelMode::Colors16M, 2, 24},
-  };
-  for (const Row& row : rows) {
-    SCOPED_TRACE(PixelModeName(row.mode).toStdString());
-    EXPECT_EQ(Info(row.mode).dataSizeClass, row.sizeClass);
-    EXPECT_EQ(Info(row.mode).colorDepthWord, row.depth);
-  }
-}
-
-TEST(PixelModeTable, CaptionsKeepTheirPadding) {
-  EXPECT_EQ(QString::fromLatin1(Info(PixelMode::Gray16Horizontal).menuCaption),
-            QStringLiteral("16 gray levels bitmap (4bpp) 2 horizontal pixels    2 pixels/byte "));
-  EXPECT_EQ(QString::fromLatin1(Info(PixelMode::Colors16MPacked).menuCaption),
-            QStringLiteral("16M Colors RGB or BGR") + QString(45, ' ') +
-                QStringLiteral("24 bpp - 1 Pixel = 3 bytes"));
-  EXPECT_EQ(QString::fromLatin1(Info(PixelMode::Colors16M).menuCaption),
-            QStringLiteral("16M Colors RGBA or ARGB") + QString(39, ' ') +
-                QStringLiteral("32 bpp - 1 Pixel = 4 bytes"));
-  EXPECT_EQ(QString::fromLatin1(Info(PixelMode::Gray16Vertical).modeLabel),
-            QStringLiteral("16 levels grayscale Vert."));
-}
-
 TEST(EightColours, PixelsPerByteIsTheStoredRealJustBelowEightThirds) {
   // The 80-bit real: mantissa with its explicit integer bit, exponent biased by 0x3FFF.
   const double fromExtended =
@@ -379,17 +345,6 @@ TEST(SelectPixelMode, AlreadyActiveModeStopsUnlessSettingsAreLoading) {
   f.state.modes.SettingsLoadInProgress = true;
   EXPECT_TRUE(f.Select(PixelMode::Gray16Horizontal));
   EXPECT_TRUE(f.state.settings.pixel.bw8);
-}
-
-TEST(SelectPixelMode, ModesSharingFlagsAreToldApart) {
-  // Inverted and plain monochrome, or the three 16 gray forms, are different modes.
-  Fixture f(PixelMode::MonochromeInverted);
-  EXPECT_TRUE(f.Select(PixelMode::Monochrome));
-  EXPECT_FALSE(f.state.settings.pixel.Moni);
-  EXPECT_FALSE(f.state.settings.pixel.Neg);
-  EXPECT_TRUE(f.Select(PixelMode::Gray16Slices));
-  EXPECT_TRUE(f.Select(PixelMode::Gray16Vertical));
-  EXPECT_FALSE(f.state.settings.pixel.ST7);
 }
 
 TEST(SelectPixelMode, ModeKeysStayExclusiveAcrossEveryTransition) {
