@@ -1,12 +1,339 @@
 // SPDX-License-Identifier: MIT
 #include "cli/cli.h"
 
+#include <QFileInfo>
+#include <QRegularExpression>
+
+#include "app/configuration.h"
+#include "app/state.h"
+#include "platform/clock.h"
+#include "platform/console/console_dialogs.h"
+#include "platform/folders.h"
+#include "platform/key_poll.h"
+#include "settings/geometry.h"
+#include "settings/ini_document.h"
+#include "settings/key_table.h"
+#include "settings/pixel_modes.h"
+#include "settings/settings_file.h"
+#include "util/atomic_write.h"
+
 namespace vt::cli {
+namespace {
+
+/// A key named on the command line: "KEY" or "SECTION.KEY".
+struct KeyName {
+  QString section;  ///< empty when not given
+  QString key;
+};
+
+KeyName SplitKeyName(const QString& text) {
+  const qsizetype dot = text.indexOf(QLatin1Char('.'));
+  if (dot <= 0) return {{}, text.trimmed()};
+  return {text.left(dot).trimmed(), text.mid(dot + 1).trimmed()};
+}
+
+bool SameName(const QString& a, const QString& b) {
+  return a.trimmed().compare(b.trimmed(), Qt::CaseInsensitive) == 0;
+}
+
+/// The table row a name designates: by the name written in the file, else by the name a load
+/// reads (vew1, vecin, EndstF). The first row in file order wins when a key stands in two
+/// sections and no section is given.
+const settings::KeyRow* FindRow(const KeyName& name) {
+  for (bool byReadName : {false, true}) {
+    for (const settings::KeyRow& row : settings::KeyTable()) {
+      const QString key = byReadName ? row.ReadKey() : row.WriteKey();
+      const QString section = byReadName ? row.ReadSection() : row.WriteSection();
+      if (SameName(key, name.key) && (name.section.isEmpty() || SameName(section, name.section))) {
+        return &row;
+      }
+    }
+  }
+  return nullptr;
+}
+
+/// Where a dynamic list key lives (mru<n>, fmru<n>, ext<n>, cs<n>w, cs<n>h), or empty.
+QString DynamicSection(const QString& key) {
+  static const QRegularExpression mru(QStringLiteral("^mru(\\d+)$"),
+                                      QRegularExpression::CaseInsensitiveOption);
+  static const QRegularExpression fmru(QStringLiteral("^fmru(\\d+)$"),
+                                       QRegularExpression::CaseInsensitiveOption);
+  static const QRegularExpression ext(QStringLiteral("^ext(\\d+)$"),
+                                      QRegularExpression::CaseInsensitiveOption);
+  static const QRegularExpression size(QStringLiteral("^cs(\\d+)[wh]$"),
+                                       QRegularExpression::CaseInsensitiveOption);
+  auto slot = [&](const QRegularExpression& re, int slots) {
+    const auto m = re.match(key.trimmed());
+    return m.hasMatch() && m.captured(1).toInt() < slots;
+  };
+  if (slot(mru, settings::kMruSlots)) return QStringLiteral("S18");
+  if (slot(fmru, settings::kFontMruSlots)) return QStringLiteral("S19");
+  if (slot(ext, settings::kExtensionSlots)) return QStringLiteral("FS0");
+  if (slot(size, settings::kCustomSizeSlots)) return QStringLiteral("I2");
+  return {};
+}
+
+/// One run of the tool: the state, the headless services, and the streams.
+class Session {
+ public:
+  Session(QTextStream& out, QTextStream& err, platform::Folders& folders,
+          platform::FileUse& fileUse)
+      : out_(out), err_(err), dialogs_(err),
+        services_{dialogs_, folders, fileUse, escape_, clock_} {}
+
+  /// Makes `path` the settings file and loads it; a missing file is created with the factory
+  /// settings. False when it could not be loaded.
+  bool Load(const QString& path) {
+    state_.files.SettingsFile = QFileInfo(path).absoluteFilePath();
+    state_.files.InitFolder = QFileInfo(path).absolutePath() + QLatin1Char('/');
+    return app::LoadConfigurationX(state_, services_);
+  }
+  bool Save() { return app::SaveConfigurationX(state_, services_); }
+
+  int Get(const QStringList& names);
+  int Set(const QStringList& assignments);
+  int Mode(const QString& name);
+  int Direction(const QString& key);
+  int Corner(const QString& number);
+  int Size(const QString& text);
+
+  QTextStream& err() { return err_; }
+
+ private:
+  int SaveOrFail() { return Save() ? kExitOk : kExitRefused; }
+
+  QTextStream& out_;
+  QTextStream& err_;
+  platform::ConsoleDialogs dialogs_;
+  platform::NoKeyPoll escape_;
+  platform::SystemClock clock_;
+  app::Services services_;
+  app::AppState state_;
+};
+
+settings::IniDocument ReadDocument(const QString& path) {
+  QFile file(path);
+  if (!file.open(QIODevice::ReadOnly)) return {};
+  auto parsed = settings::IniDocument::Parse(file.read(settings::IniDocument::kMaxBytes + 1));
+  return parsed ? parsed.value() : settings::IniDocument();
+}
+
+int Session::Get(const QStringList& names) {
+  int status = kExitOk;
+  const settings::IniDocument doc = ReadDocument(state_.files.SettingsFile);
+  for (const QString& text : names) {
+    const KeyName name = SplitKeyName(text);
+    const QString shown = name.section.isEmpty() ? QString() : name.section + QLatin1Char('.');
+    if (const settings::KeyRow* row = FindRow(name)) {
+      out_ << shown << row->WriteKey().trimmed() << '='
+           << settings::FieldText(row->field(state_.settings)) << '\n';
+      continue;
+    }
+    const QString dynamic = DynamicSection(name.key);
+    if (!dynamic.isEmpty()) {
+      // The lists are read into the records; saving them back gives the text a load sees.
+      settings::IniDocument lists;
+      settings::WriteSettings(state_.settings, lists);
+      out_ << shown << name.key << '=' << lists.Value(dynamic, name.key).value_or(QString())
+           << '\n';
+      continue;
+    }
+    // A key the program does not use: as the file holds it.
+    std::optional<QString> raw;
+    for (const QString& section : doc.Sections()) {
+      if (!name.section.isEmpty() && !SameName(section, name.section)) continue;
+      raw = doc.Value(section, name.key);
+      if (raw) break;
+    }
+    if (raw) {
+      out_ << shown << name.key << '=' << *raw << '\n';
+    } else {
+      err_ << "vantorelle-cli: no key " << text << " in " << state_.files.SettingsFile << '\n';
+      status = kExitRefused;
+    }
+  }
+  return status;
+}
+
+int Session::Set(const QStringList& assignments) {
+  settings::IniDocument doc = ReadDocument(state_.files.SettingsFile);
+  for (const QString& text : assignments) {
+    const qsizetype eq = text.indexOf(QLatin1Char('='));
+    if (eq <= 0) {
+      err_ << "vantorelle-cli: expected KEY=VALUE, got '" << text << "'\n";
+      return kExitUsage;
+    }
+    const KeyName name = SplitKeyName(text.left(eq));
+    const QString value = text.mid(eq + 1);
+    if (const settings::KeyRow* row = FindRow(name)) {
+      if (row->type != settings::ValueType::String && !settings::ParseIniInteger(value)) {
+        err_ << "vantorelle-cli: warning: " << row->WriteKey().trimmed()
+             << " holds a number; '" << value << "' will read as its default\n";
+      }
+      doc.SetValue(row->WriteSection(), row->WriteKey(), value);
+    } else if (const QString dynamic = DynamicSection(name.key); !dynamic.isEmpty()) {
+      doc.SetValue(dynamic, name.key, value);
+    } else if (!name.section.isEmpty()) {
+      doc.SetValue(name.section, name.key, value);
+    } else {
+      err_ << "vantorelle-cli: unknown key " << name.key
+           << "; name its section (SECTION.KEY) to add a key of your own\n";
+      return kExitUsage;
+    }
+  }
+  // Write the raw keys, then load and save so the file holds what a load of it sees.
+  if (auto written = WriteFileAtomically(state_.files.SettingsFile, doc.Serialize()); !written) {
+    err_ << "vantorelle-cli: " << written.error().ToString() << '\n';
+    return kExitRefused;
+  }
+  if (!Load(state_.files.SettingsFile)) return kExitRefused;
+  return SaveOrFail();
+}
+
+int Session::Mode(const QString& name) {
+  const auto mode = settings::PixelModeFromName(name);
+  if (!mode) {
+    err_ << "vantorelle-cli: unknown mode '" << name << "'; see --help for the names\n";
+    return kExitUsage;
+  }
+  if (settings::CurrentPixelMode(state_.settings) == mode) return SaveOrFail();
+  if (!settings::SelectPixelMode(state_, services_, *mode)) return kExitRefused;
+  return SaveOrFail();
+}
+
+int Session::Direction(const QString& key) {
+  for (const settings::ScanDirectionInfo& info : settings::ScanDirectionTable()) {
+    if (SameName(info.key, key)) {
+      if (!settings::SelectScanDirection(state_, services_, info.direction)) return kExitRefused;
+      return SaveOrFail();
+    }
+  }
+  err_ << "vantorelle-cli: unknown direction '" << key
+       << "'; one of tr, tl, tra, tla, td, tda, tu, tua\n";
+  return kExitUsage;
+}
+
+int Session::Corner(const QString& number) {
+  bool ok = false;
+  const int n = number.toInt(&ok);
+  if (!ok || n < 1 || n > 4) {
+    err_ << "vantorelle-cli: corner is 1 (top left), 2 (top right), 3 (bottom right) or 4 "
+            "(bottom left), not '"
+         << number << "'\n";
+    return kExitUsage;
+  }
+  settings::SelectOriginCorner(state_, static_cast<settings::OriginCorner>(n - 1));
+  return SaveOrFail();
+}
+
+int Session::Size(const QString& text) {
+  static const QRegularExpression form(QStringLiteral("^(\\d{1,9})[xX](\\d{1,9})$"));
+  const auto m = form.match(text.trimmed());
+  if (!m.hasMatch()) {
+    err_ << "vantorelle-cli: size is WIDTHxHEIGHT, such as 128x64, not '" << text << "'\n";
+    return kExitUsage;
+  }
+  const QSize size(m.captured(1).toInt(), m.captured(2).toInt());
+  for (const QSize& preset : settings::PresetSizes()) {
+    if (preset == size) {
+      settings::SelectPresetSize(state_, size);
+      return SaveOrFail();
+    }
+  }
+  // Any other size goes through the user-size edits and their confirmation.
+  const auto width = settings::LCDmatrixWidthEditChange(state_, services_, m.captured(1));
+  const auto height = settings::LCDmatrixHeightEditChange(state_, services_, m.captured(2));
+  if (width.beep || height.beep || size.width() < 1 || size.height() < 1) {
+    err_ << "vantorelle-cli: a display size is 1x1 to " << settings::kMaxUserWidth << 'x'
+         << settings::kMaxUserHeight << ", not " << text << '\n';
+    return kExitRefused;
+  }
+  if (!settings::LCDmatrixSizeUserDefinedClick(state_, services_)) return kExitRefused;
+  return SaveOrFail();
+}
+
+int RunSettings(QStringList args, Session& session, QTextStream& err) {
+  QString file;
+  if (args.size() >= 2 && args[0] == QStringLiteral("--settings")) {
+    file = args[1];
+    args = args.mid(2);
+  }
+  if (file.isEmpty() || args.isEmpty()) {
+    err << "vantorelle-cli: usage: vantorelle-cli settings --settings FILE "
+           "get|set|mode|direction|corner|size ...\n";
+    return kExitUsage;
+  }
+  const QString command = args.takeFirst();
+  static const QStringList known = {QStringLiteral("get"),       QStringLiteral("set"),
+                                    QStringLiteral("mode"),      QStringLiteral("direction"),
+                                    QStringLiteral("corner"),    QStringLiteral("size")};
+  if (!known.contains(command)) {
+    err << "vantorelle-cli: unknown settings command '" << command << "'\n";
+    return kExitUsage;
+  }
+  const bool single = command != QStringLiteral("get") && command != QStringLiteral("set");
+  if (args.isEmpty() || (single && args.size() != 1)) {
+    err << "vantorelle-cli: settings " << command
+        << (single ? " takes exactly one value\n" : " needs at least one key\n");
+    return kExitUsage;
+  }
+  if (!session.Load(file)) return kExitRefused;
+  if (command == QStringLiteral("get")) return session.Get(args);
+  if (command == QStringLiteral("set")) return session.Set(args);
+  if (command == QStringLiteral("mode")) return session.Mode(args[0]);
+  if (command == QStringLiteral("direction")) return session.Direction(args[0]);
+  if (command == QStringLiteral("corner")) return session.Corner(args[0]);
+  return session.Size(args[0]);
+}
+
+}  // namespace
+
+QString HelpText() {
+  QString modes;
+  for (const settings::PixelModeInfo& info : settings::PixelModeTable()) {
+    const QString name = settings::PixelModeName(info.mode);
+    if (!name.isEmpty() && !modes.contains(name + QLatin1Char(','))) modes += name + QStringLiteral(", ");
+  }
+  modes.chop(2);
+  return QStringLiteral(
+             "Usage: vantorelle-cli COMMAND ...\n"
+             "\n"
+             "Commands:\n"
+             "  settings --settings FILE get KEY...\n"
+             "      Print KEY=VALUE for each key as a load of FILE sees it. A key may be\n"
+             "      qualified by its section (B10.HCO) where it stands in two sections.\n"
+             "  settings --settings FILE set KEY=VALUE...\n"
+             "      Write the keys into FILE as given, then load and save it, so FILE holds\n"
+             "      what a load sees (keys that do not read back return to their defaults).\n"
+             "      SECTION.KEY=VALUE adds a key the program does not use; it is kept.\n"
+             "  settings --settings FILE mode NAME\n"
+             "      Select a pixel mode with all its checks. NAME is one of:\n"
+             "      %1.\n"
+             "  settings --settings FILE direction KEY\n"
+             "      Select a data direction with its size check: tr, tl, tra, tla, td, tda, tu, tua.\n"
+             "  settings --settings FILE corner N\n"
+             "      Select the origin corner: 1 top left, 2 top right, 3 bottom right,\n"
+             "      4 bottom left.\n"
+             "  settings --settings FILE size WxH\n"
+             "      Select a display size: a preset, or a user size of at most 1024x768.\n"
+             "\n"
+             "A missing FILE is created with the factory settings. Messages go to standard\n"
+             "error; a refused change exits with status 1 and leaves FILE as it was, a usage\n"
+             "error with status 2.\n")
+      .arg(modes);
+}
 
 int RunCli(const QStringList& args, QTextStream& out, QTextStream& err,
            platform::Folders& folders, platform::FileUse& fileUse) {
-  out << "vantorelle-cli\n";
-  return 0;
+  if (args.isEmpty() || args[0] == QStringLiteral("--help") || args[0] == QStringLiteral("-h") ||
+      args[0] == QStringLiteral("help")) {
+    out << HelpText();
+    return args.isEmpty() ? kExitUsage : kExitOk;
+  }
+  Session session(out, err, folders, fileUse);
+  if (args[0] == QStringLiteral("settings")) return RunSettings(args.mid(1), session, err);
+  err << "vantorelle-cli: unknown command '" << args[0] << "'; try --help\n";
+  return kExitUsage;
 }
 
 }  // namespace vt::cli

@@ -11,6 +11,7 @@
 #include "platform/dialogs.h"
 #include "platform/folders.h"
 #include "settings/key_table.h"
+#include "settings/pixel_modes.h"
 #include "util/atomic_write.h"
 
 namespace vt::app {
@@ -220,6 +221,10 @@ bool LoadConfigurationX(AppState& state, Services& services) {
   state.files.OutputFileName = QStringLiteral("NewBitmap.h");
   state.modes.VectorModeActive = false;
   state.canvas.Resize(state.settings.display.GWI, state.settings.display.GHI);
+  // The stored mode is selected again with all its steps, as if the user chose it.
+  state.modes.SettingsLoadInProgress = true;
+  settings::ReselectStoredPixelMode(state, services);
+  state.modes.SettingsLoadInProgress = false;
   return true;
 }
 
