@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+#include "gui/canvas_view.h"
+
+#include <QPaintEvent>
+#include <QPainter>
+#include <algorithm>
+
+#include "canvas/work_canvas.h"
+
+namespace vt::gui {
+
+CanvasView::CanvasView(const canvas::WorkCanvas& canvas, QWidget* parent)
+    : QWidget(parent), canvas_(canvas) {
+  setAttribute(Qt::WA_OpaquePaintEvent);
+  Refresh();
+}
+
+void CanvasView::SetZoom(int zoom) {
+  zoom_ = std::clamp(zoom, kMinZoom, kMaxZoom);
+  Refresh();
+}
+
+void CanvasView::Refresh() {
+  setFixedSize(sizeHint());
+  update();
+}
+
+QSize CanvasView::sizeHint() const { return QSize(canvas_.Width(), canvas_.Height()) * zoom_; }
+
+void CanvasView::paintEvent(QPaintEvent* event) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
+  const QImage& bitmap = canvas_.Bitmap();
+  // Only the pixels the exposed rectangle touches are drawn: large zooms stay cheap.
+  const QRect exposed = event->rect();
+  const int x0 = std::max(0, exposed.left() / zoom_);
+  const int y0 = std::max(0, exposed.top() / zoom_);
+  const int x1 = std::min(bitmap.width(), exposed.right() / zoom_ + 1);
+  const int y1 = std::min(bitmap.height(), exposed.bottom() / zoom_ + 1);
+  if (x0 >= x1 || y0 >= y1) return;
+  const QRect source(x0, y0, x1 - x0, y1 - y0);
+  painter.drawImage(QRect(source.topLeft() * zoom_, source.size() * zoom_), bitmap, source);
+
+  if (zoom_ < kGridZoom) return;
+  // One line at the left and top edge of each pixel but the first: the outer edge stays clean.
+  painter.setPen(QPen(kGridColor, 1));
+  for (int x = std::max(1, x0); x < x1; ++x) {
+    painter.drawLine(x * zoom_, y0 * zoom_, x * zoom_, y1 * zoom_ - 1);
+  }
+  for (int y = std::max(1, y0); y < y1; ++y) {
+    painter.drawLine(x0 * zoom_, y * zoom_, x1 * zoom_ - 1, y * zoom_);
+  }
+}
+
+}  // namespace vt::gui

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QColor>
+#include <QWidget>
+
+namespace vt::canvas {
+class WorkCanvas;
+}
+
+namespace vt::gui {
+
+/// Shows the Work Canvas bitmap enlarged by a whole-number zoom, one square per pixel, with a
+/// light grid between the pixels from zoom 4 on. The widget is exactly the enlarged bitmap in
+/// size; it reads the canvas at each paint and never changes it.
+class CanvasView final : public QWidget {
+  Q_OBJECT
+
+ public:
+  static constexpr int kMinZoom = 1;
+  static constexpr int kMaxZoom = 64;
+  /// The first zoom that draws the grid.
+  static constexpr int kGridZoom = 4;
+  /// Drawn over the pixels, so that it shows on dark and light pixels alike.
+  static constexpr QColor kGridColor{128, 128, 128, 96};
+
+  explicit CanvasView(const canvas::WorkCanvas& canvas, QWidget* parent = nullptr);
+
+  /// Sets the zoom, clamped to kMinZoom..kMaxZoom, and resizes the widget to match.
+  void SetZoom(int zoom);
+  int Zoom() const { return zoom_; }
+  /// Follows a change of the canvas size or content.
+  void Refresh();
+
+  QSize sizeHint() const override;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  const canvas::WorkCanvas& canvas_;
+  int zoom_ = kGridZoom;
+};
+
+}  // namespace vt::gui
