@@ -1,0 +1,195 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// The data text formatter: turns the values the packers deliver into the lines of a source
+// array in the text editor, with the comment preamble before the array and the end of the array
+// with its descriptors and closing comments after it.
+
+#include <QString>
+#include <QStringList>
+#include <array>
+#include <memory>
+
+#include "app/text_buffer.h"
+#include "convert/constant_format.h"
+#include "convert/header_template.h"
+#include "convert/value_sink.h"
+#include "settings/settings.h"
+
+namespace vt::convert {
+
+/// Where the values of an export go: the text editor, or a byte target.
+enum class DataTarget { Text, Binary, IntelHex };
+/// DHec gives the binary file, DIHec Intel Hex, anything else text.
+DataTarget DataTargetOf(const settings::OutputWidthSettings& width);
+
+/// The end-of-line flags of a run. The export copies them from the settings at its start
+/// (EndOfLineFlagsOf); the font generator fills them from its own keys.
+struct EndOfLineFlags {
+  bool Eolcom = true;   ///< end mark ","
+  bool EolSem = false;  ///< end mark ";"
+  bool EolStr = false;  ///< end mark `eolst`
+  bool Eoln = false;    ///< no end mark
+  QString eolst;
+};
+/// The working copy of the end-of-line keys of `format`.
+EndOfLineFlags EndOfLineFlagsOf(const settings::DataFormatSettings& format);
+
+/// Receives the values of the binary and Intel Hex targets, each as two upper-case hexadecimal
+/// digits, in place of the text editor.
+class HexByteTarget {
+ public:
+  virtual ~HexByteTarget() = default;
+  virtual void AppendHexByte(const QString& digits) = 0;
+};
+
+/// What a run tells the formatter besides the settings.
+struct DataTextOptions {
+  EndOfLineFlags eol;
+  /// The count of bytes the data is expected to have: the byte whose count reaches it is the
+  /// last of the data (separators stop, commas in its constant are blanked). 0: not known, no
+  /// byte is taken as the last unless MarkLastValue says so.
+  long long dataByteCount = 0;
+  /// The font generator drives the formatter: the last value gets its line ending at once, and
+  /// with HCO the lines go to the comment block.
+  bool fontMode = false;
+};
+
+/// The texts of the comment preamble that do not come from the settings.
+struct PreambleInfo {
+  QString version;   ///< version text of the build
+  QString dateText;  ///< date and time of the export
+  bool compressed = false;
+  bool animated = false;
+  int frame = 0;       ///< in animation: number of this frame
+  int frameCount = 0;  ///< in animation: number of frames
+};
+
+/// What the end of the array needs besides the settings and the header.
+struct DataEndInfo {
+  QString reportName;  ///< name of the info file the closing comment points to
+  bool animated = false;
+  bool compressed = false;  ///< the array is a compressed one: its count is in bytes
+  int width = 0;            ///< exported area in pixels, for the size descriptors
+  int height = 0;
+  /// Pixels per byte for the page count; 0 takes PixelsPerByte of the settings (1 with NOMAT).
+  double pixelsPerByte = 0.0;
+};
+
+/// The line builder of the data text: one per export, writing into a TextBuffer. It takes the
+/// values of the packers through the ValueSink calls and keeps the state of the line being
+/// built: the constant, the held parts of a 16 or 32-bit word, the picture comment of the
+/// current constant, the constants on the line, leading zeros added and the line number.
+/// A line is closed when it holds ORGC constants; WriteDataEnd closes the array.
+///
+/// With 16 or 32-bit output the bytes of a word arrive one by one and are joined (by MSBF)
+/// when the last arrives. In two-page 4 gray (G42) the values arrive in pairs (Value, then
+/// SecondValue): their 16 bits are dealt to a byte of the main array and a byte of the second
+/// plane, which is written by a writer of its own into the second buffer.
+///
+/// The settings are read at every value: they must stay unchanged during the run.
+class DataTextWriter final : public ValueSink {
+ public:
+  /// `secondPlane` receives the second array of two-page gray; may be null otherwise.
+  DataTextWriter(const settings::Settings& settings, app::TextBuffer& text,
+                 DataTextOptions options = {}, app::TextBuffer* secondPlane = nullptr);
+  ~DataTextWriter() override;
+  DataTextWriter(const DataTextWriter&) = delete;
+  DataTextWriter& operator=(const DataTextWriter&) = delete;
+
+  /// Resets the picture comment to its empty drawing, unless a word is being assembled (the
+  /// picture of a word spans its bytes).
+  void StartComment() override;
+  /// Puts "#" into the picture at the column of `bit` (0..7) of the byte being built: columns
+  /// start at position 10 of the picture text, most significant bit leftmost; in a word the
+  /// bytes take 8 columns each in the order the word is written.
+  void MarkBit(int bit) override;
+  /// Takes one byte: counts it, applies Neg, holds the parts of a word, joins them, spells the
+  /// constant, places it on the line (AppendConstant) and closes the line when it is full
+  /// (CloseLine). For a binary or Intel Hex target the byte goes as two hexadecimal digits to
+  /// the byte target instead.
+  void EmitValue(int value, bool endOfPixel) override;
+  /// Group mode (ColRx): writes the line in progress as it stands (a row that ends inside a
+  /// line), fpar12 when a group is open, then fpar11, and marks a group open. Does nothing
+  /// without ColRx.
+  void GroupStart() override;
+
+  /// The next complete value is the last of the data, whatever the count says.
+  void MarkLastValue() { lastMarked_ = true; }
+  /// Sends the binary or Intel Hex bytes to `target` (not owned; null drops them).
+  void SetHexByteTarget(HexByteTarget* target) { hexTarget_ = target; }
+
+  /// Finishes the line when it holds ORGC constants and no word is pending: inserts the end
+  /// mark before the first run of four blanks (or at the end), deletes a final "#", removes the
+  /// leading zeros of the line in front of the picture, and writes the line.
+  void CloseLine();
+
+  /// The comment lines before the array (unless Noonts), then the header text line by line
+  /// (unless Noh: then begds, or fpar13 with ColRx). Header lines: CU8 word type, trailing
+  /// blanks cut, runs of empty lines collapsed.
+  void WriteDataPreamble(const PreambleInfo& info, const HeaderText& header);
+  /// Closes the array: end marks removed from the last line (dellas) or from every data line
+  /// (delallas), the unfinished line written, the open group closed, Endst (fpar14 with ColRx),
+  /// the size (BSD) and position (BCD) descriptors, and the closing comments unless Noonts.
+  void WriteDataEnd(const HeaderText& header, const DataEndInfo& info);
+
+  /// The line being built.
+  const QString& Line() const { return line_; }
+  /// The picture comment of the current constant; empty when none is drawn.
+  const QString& Picture() const { return picture_; }
+  /// The comment opener of the active style.
+  const QString& CommentText() const { return style_.opener; }
+  /// Bytes taken so far by EmitValue.
+  long long ValueCount() const { return valueCount_; }
+  /// Bytes placed into this array so far (in two-page gray, one per pair).
+  long long ArrayBytes() const { return arrayBytes_; }
+  /// Lines of the comment block (font generator with HCO).
+  const QStringList& CommentBlock() const { return commentBlock_; }
+
+ private:
+  struct SecondPlaneTag {};
+  DataTextWriter(SecondPlaneTag, const settings::Settings& settings, app::TextBuffer& text,
+                 DataTextOptions options);
+
+  QString PictureTemplate() const;
+  QString SpellWord(const int* parts, int count);
+  void PutConstant(const int* parts, int count, bool last);
+  void AppendConstant(bool last);
+  void CloseLine(bool force);
+  void WriteLine(const QString& line);
+  QString EndMark() const;
+  void RemoveEndMark(QString& line) const;
+  void FinishArray();
+
+  const settings::Settings& settings_;
+  app::TextBuffer& text_;
+  DataTextOptions options_;
+  CommentStyle style_;
+  ConstantFormat format_;
+  DataTarget target_;
+  int wordBytes_;
+  bool pictureEnabled_;
+  bool dealPlanes_;  // this writer deals two-page gray pairs to itself and the second plane
+  HexByteTarget* hexTarget_ = nullptr;
+  std::unique_ptr<DataTextWriter> secondPlane_;
+
+  // The line builder.
+  QString valueText_;
+  std::array<int, 4> parts_{};
+  int partCount_ = 0;  // held parts of a word (HalfPending while above 0)
+  bool pairPending_ = false;
+  int pairFirst_ = 0;
+  QString line_;
+  int constantsOnLine_ = 0;
+  int lineNumber_ = 0;
+  QString picture_;
+  int leadingZeros_ = 0;
+  long long valueCount_ = 0;
+  long long arrayBytes_ = 0;
+  bool lastMarked_ = false;
+  bool groupOpen_ = false;
+  QList<int> dataLines_;  // indices in text_ of the data lines written
+  QStringList commentBlock_;
+};
+
+}  // namespace vt::convert

@@ -1,0 +1,24 @@
+/* Data generated with Vantorelle 0.1.0 */
+/* 14/03/2026 15:09:26 */
+/* Bitmap Source file : NewBitmap.bmp */
+/* Byte width format is 8 bit / Big endian */
+
+// FOR GRAPHICS exported from WORK CANVAS
+
+#include <avr/pgmspace.h>
+
+const uint8_t  NewBitmap [] PROGMEM = {
+
+ 0x00 , 0x01 , 0x02 , 0x03 , 0x04 , 0x05 , 0x06 , 0x07 , 0x08 , 0x09 , 0x0A , 0x0B , 0x0C , 0x0D , 0x0E , 0x0F,
+ 0xA0 , 0xA1 , 0xA2 , 0xA3 , 0xA4 , 0xA5 , 0xA6 , 0xA7 , 0xA8 , 0xA9 , 0xAA , 0xAB , 0xAC , 0xAD , 0xAE , 0xAF,
+ 0x9F , 0xFF , 0x05 , 0x10 , 0x80 , 0x01 , 0xFE , 0x7F 
+};
+
+const uint8_t  NewBitmapWidthPages = 2 ;
+
+const uint8_t  NewBitmapHeightPixels = 20 ;
+/******************/
+/* 40 Bytes */
+/* End of LCD Pattern           */
+/* Save table and see info file NewBitmap.rtf */
+
