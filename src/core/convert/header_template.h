@@ -47,7 +47,7 @@ Result<bool> WriteDefaultHeaderFile(const QString& settingsFile, HeaderKind kind
 /// The template text of `path`, or none when the file does not exist or cannot be read.
 std::optional<QString> LoadHeaderTemplate(const QString& path);
 
-/// Which half of the canvas an export takes (Part of the export request).
+/// Which half of the canvas an export takes.
 enum class HalfExport { None, Upper, Lower };
 
 /// What BuildHeader needs to know of the export besides the settings.
