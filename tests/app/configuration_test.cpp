@@ -47,6 +47,12 @@ TEST_F(Configuration, FirstRunCreatesTheInitFileTheFoldersAndTheDefaultProject) 
   EXPECT_EQ(state.settings.folder.bfpa, root + QStringLiteral("Batch Files"));
   EXPECT_EQ(state.canvas.Width(), 128);
   EXPECT_EQ(state.canvas.Height(), 64);
+  // The header templates stand beside the new settings file.
+  const QString base = InitFolderPath(t.folders) + QStringLiteral("default");
+  for (const char* suffix : {".txt", "_Raw.txt", "_Struct.txt", "_DMD.txt", "_Bloc.txt"}) {
+    EXPECT_TRUE(QFileInfo::exists(base + QString::fromLatin1(suffix))) << suffix;
+  }
+  EXPECT_TRUE(test::ReadAll(base + QStringLiteral(".txt")).contains("[&NAME]"));
 }
 
 TEST_F(Configuration, FirstRunCopiesTheSamplesIntoTheirFolders) {

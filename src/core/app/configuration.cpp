@@ -7,6 +7,7 @@
 #include <QFileInfo>
 
 #include "app/messages.h"
+#include "convert/header_template.h"
 #include "platform/clock.h"
 #include "platform/dialogs.h"
 #include "platform/folders.h"
@@ -202,6 +203,13 @@ bool LoadConfigurationX(AppState& state, Services& services) {
     if (auto written = WriteFileAtomically(path, doc.Serialize()); !written) {
       ShowError(state, services, written.error().ToString());
       state.log.HandledExcept(QStringLiteral("Load Configuration"));
+    }
+    // A new settings file gets the five default header templates beside it; templates the user
+    // already has there are kept.
+    for (convert::HeaderKind kind :
+         {convert::HeaderKind::Graphics, convert::HeaderKind::Raw, convert::HeaderKind::Struct,
+          convert::HeaderKind::Dmd, convert::HeaderKind::Bloc}) {
+      convert::WriteDefaultHeaderFile(path, kind, false, state.log);
     }
   }
   if (!missing) {

@@ -4,6 +4,7 @@
 #include <QString>
 
 #include "app/log.h"
+#include "app/text_buffer.h"
 #include "app/mode_flags.h"
 #include "canvas/work_canvas.h"
 #include "settings/settings.h"
@@ -36,6 +37,7 @@ struct AppState {
   canvas::WorkCanvas canvas;
   FileNames files;
   Log log;
+  TextBuffer text;  ///< the text editor's current document
   int ModeChoice = 0;  ///< answer code of the last dialog
   QString LastMessageText;  ///< console mode: the previous message, to detect repeats
 };

@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: MIT
+#include "convert/array_writer.h"
+
+#include <QFileInfo>
+#include <cmath>
+
+#include "convert/data_text.h"
+#include "settings/pixel_modes.h"
+
+namespace vt::convert {
+
+long long DataByteCount(const settings::Settings& settings, int width, int height) {
+  const auto& p = settings.pixel;
+  const long long area = static_cast<long long>(width) * height;
+  const auto mode = settings::CurrentPixelMode(settings);
+  const bool mono = !mode || settings::IsMonochromeMode(*mode);
+  if (mono) {
+    if (!p.bw8) return (static_cast<long long>(width / 6) + 1) * height + 1;
+    return area / 8 + 1;
+  }
+  const double ppb = settings.display.NOMAT ? 1.0 : settings::PixelsPerByte(settings);
+  long long count = static_cast<long long>(std::trunc(double(area) / ppb)) + 1;
+  if (p.G32 && p.PM) count = static_cast<long long>(std::ceil(double(area / 3 * 2)));
+  if (p.C4096) count = p.PM ? static_cast<long long>(count * 1.5) : count * 2;
+  if (p.C65535) count *= 2;
+  if (p.C18 || p.C18u) count *= 3;
+  if (p.C16M) count *= p.PM ? 3 : 4;
+  return count;
+}
+
+ArrayResult WriteArray(const ArrayRequest& request, app::TextBuffer& text) {
+  const settings::Settings& settings = request.settings;
+  const AreaBounds& area = request.area;
+  const int width = std::max(0, area.right - area.left);
+  const int height = std::max(0, area.bottom - area.top);
+
+  ArrayResult result;
+  result.arrayName = QFileInfo(request.outputFileName).completeBaseName();
+
+  HeaderRequest header;
+  header.templateText = request.headerTemplate;
+  header.templateFileName = request.templateFileName;
+  header.arrayName = result.arrayName;
+  header.half = request.half;
+  header.compression = settings.pixel.ccomp;
+  header.dataByteCount = DataByteCount(settings, width, height);
+  header.left = area.left;
+  header.top = area.top;
+  header.right = area.right - 1;
+  header.bottom = area.bottom - 1;
+  header.width = width;
+  header.height = height;
+  const HeaderText built = BuildHeader(settings, header);
+  result.warning = built.warning;
+
+  DataTextOptions options;
+  options.eol = EndOfLineFlagsOf(settings.format);
+  options.dataByteCount = header.dataByteCount;
+  DataTextWriter writer(settings, text, options);
+
+  PreambleInfo preamble;
+  preamble.version = kGeneratedVersionText;
+  preamble.dateText = request.dateText;
+  preamble.compressed = settings.pixel.ccomp;
+  writer.WriteDataPreamble(preamble, built);
+
+  ConversionCursor cursor;
+  WalkRequest walk{settings, request.source, PackerStages{writer}, request.keyPoll, area};
+  walk.lowerHalf = request.half == HalfExport::Lower;
+  result.completed = WalkArea(walk, cursor);
+  result.bytes = writer.ArrayBytes();
+  if (!result.completed) return result;
+
+  DataEndInfo end;
+  end.reportName = result.arrayName + QStringLiteral(".rtf");
+  end.width = width;
+  end.height = height;
+  writer.WriteDataEnd(built, end);
+  return result;
+}
+
+}  // namespace vt::convert

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+#include <optional>
+
+#include "app/text_buffer.h"
+#include "convert/header_template.h"
+#include "convert/pixel_source.h"
+#include "convert/scan_walker.h"
+#include "settings/settings.h"
+
+namespace vt::platform {
+class KeyPoll;
+}
+
+namespace vt::convert {
+
+/// Version text of the generated comments ("Data generated with Vantorelle V01a ").
+inline const QString kGeneratedVersionText = QStringLiteral("V01a ");
+
+/// The number of bytes an area of `width` x `height` pixels is expected to give in the current
+/// mode. It is one more than the whole bytes in the simple modes, as existing tables rely on.
+long long DataByteCount(const settings::Settings& settings, int width, int height);
+
+/// One array to write: the run's settings (already adjusted by the driver: halved GHI for a half
+/// export, ORGC from OINT), the picture and the area, the texts that do not come from the
+/// settings.
+struct ArrayRequest {
+  const settings::Settings& settings;
+  const PixelSource& source;
+  AreaBounds area;  ///< right and bottom exclusive
+  platform::KeyPoll& keyPoll;
+  QString outputFileName;              ///< the array takes its name without the extension
+  std::optional<QString> headerTemplate;  ///< none when the template file is missing
+  QString templateFileName;            ///< named in the missing-template warning
+  QString dateText;                    ///< date and time of the export
+  HalfExport half = HalfExport::None;
+};
+
+/// What writing the array left.
+struct ArrayResult {
+  bool completed = false;  ///< false when Escape or a colour fault stopped the walk
+  QString warning;         ///< the missing-template warning, for the caller to show
+  QString arrayName;
+  long long bytes = 0;     ///< values placed in the array
+};
+
+/// Writes one array into `text`: the header from the template, the comment preamble, the walk
+/// of the area through the packers, and the end of the array with its descriptors and closing
+/// comments. A stopped walk leaves what was written so far, without the end.
+ArrayResult WriteArray(const ArrayRequest& request, app::TextBuffer& text);
+
+}  // namespace vt::convert
