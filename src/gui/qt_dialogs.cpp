@@ -62,24 +62,9 @@ QString QtDialogs::DisplayText(const QString& text) {
   return shown;
 }
 
-QString QtDialogs::DisplayCaption(const platform::DialogRequest& request) {
-  if (!request.caption.isEmpty()) return request.caption;
-  switch (request.type) {
-    case DialogType::Warning:
-      return QStringLiteral("Warning");
-    case DialogType::Error:
-      return QStringLiteral("Error");
-    case DialogType::Information:
-      return QStringLiteral("Information");
-    case DialogType::Confirmation:
-      return QStringLiteral("Confirm");
-  }
-  return QString();
-}
-
 int QtDialogs::Show(const platform::DialogRequest& request) {
   QMessageBox box(parent_.data());
-  box.setWindowTitle(DisplayCaption(request));
+  box.setWindowTitle(platform::CaptionOf(request));
   box.setTextFormat(Qt::PlainText);
   box.setText(DisplayText(request.text));
   box.setIcon(IconOf(request.type));

@@ -27,8 +27,6 @@ class QtDialogs final : public platform::Dialogs {
 
   /// The text as the box shows it: the system breaks lines with "\r" (or "\r\n").
   static QString DisplayText(const QString& text);
-  /// The window title: the request's caption, else the usual title of its type.
-  static QString DisplayCaption(const platform::DialogRequest& request);
 
  private:
   QPointer<QWidget> parent_;

@@ -135,9 +135,9 @@ TEST_F(QtDialogsTest, AnEmptyCaptionTakesTheTitleOfTheType) {
   DialogRequest request = Request(Buttons::Ok);
   request.caption.clear();
   request.type = DialogType::Warning;
-  EXPECT_EQ(QtDialogs::DisplayCaption(request), QStringLiteral("Warning"));
+  EXPECT_EQ(platform::CaptionOf(request), QStringLiteral("Warning"));
   request.type = DialogType::Error;
-  EXPECT_EQ(QtDialogs::DisplayCaption(request), QStringLiteral("Error"));
+  EXPECT_EQ(platform::CaptionOf(request), QStringLiteral("Error"));
   request.type = DialogType::Confirmation;
   SeenBox seen;
   ShowAndClick(request, QStringLiteral("&Ok"), seen);

@@ -46,6 +46,18 @@ struct DialogRequest {
   bool centerOnMainWindow = false;  ///< else centre on the main window (setting CendeM)
 };
 
+/// The window title of a request: its caption, or the title of its type when it has none.
+inline QString CaptionOf(const DialogRequest& request) {
+  if (!request.caption.isEmpty()) return request.caption;
+  switch (request.type) {
+    case DialogType::Warning: return QStringLiteral("Warning");
+    case DialogType::Error: return QStringLiteral("Error");
+    case DialogType::Information: return QStringLiteral("Information");
+    case DialogType::Confirmation: return QStringLiteral("Confirm");
+  }
+  return {};
+}
+
 /// The fixed caption of an answer code, whatever the language of the platform: 1 "&Ok",
 /// 6 "&Yes"... Codes without a caption give an empty text.
 inline QString StandardCaption(int code) {

@@ -3,20 +3,6 @@
 
 namespace vt::platform {
 
-QString DefaultCaption(DialogType type) {
-  switch (type) {
-    case DialogType::Warning:
-      return QStringLiteral("Warning");
-    case DialogType::Error:
-      return QStringLiteral("Error");
-    case DialogType::Information:
-      return QStringLiteral("Information");
-    case DialogType::Confirmation:
-      return QStringLiteral("Confirm");
-  }
-  return {};
-}
-
 int ConsoleAnswer(const DialogRequest& request) {
   if (!request.customCaptions.isEmpty()) {
     const QList<DialogButton> buttons = ButtonsOf(request);
@@ -27,7 +13,7 @@ int ConsoleAnswer(const DialogRequest& request) {
 
 int ConsoleDialogs::Show(const DialogRequest& request) {
   const QString caption =
-      request.caption.isEmpty() ? DefaultCaption(request.type) : request.caption;
+      CaptionOf(request);
   // The system breaks message lines with a carriage return; a terminal needs line feeds.
   QString text = request.text;
   text.replace(QLatin1Char('\r'), QLatin1Char('\n'));

@@ -23,8 +23,5 @@ class ConsoleDialogs final : public Dialogs {
 /// The answer a console gives to `request` (see ConsoleDialogs).
 int ConsoleAnswer(const DialogRequest& request);
 
-/// The title a dialog without caption shows for `type`: "Warning", "Error", "Information",
-/// "Confirm".
-QString DefaultCaption(DialogType type);
 
 }  // namespace vt::platform
