@@ -3,6 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <tuple>
+
 #include "settings/pixel_modes.h"
 #include "support/temp_folders.h"
 
@@ -11,399 +14,231 @@ namespace {
 
 namespace Answer = platform::Answer;
 using platform::DialogType;
+using D = ScanDirection;
+using M = PixelMode;
 
 const QString kHorizontalError = QStringLiteral(
     "  Work Canvas Dot Matrix size does not fit in this paging scheme ! \r Horizontal size should "
-    "be "
-    "a multiple of 8 for horizontal conversion\r Use a vertical conversion direction  ");
+    "be a multiple of 8 for horizontal conversion\r Use a vertical conversion direction  ");
 const QString kVerticalError = QStringLiteral(
     "  Work Canvas Dot Matrix size does not fit in this paging scheme ! \r Vertical size should be "
     "a multiple of 8 for vertical conversion  \r Use a horizontal conversion direction");
 
-const char* const kKeys[] = {"tr", "tra", "tl", "tla", "td", "tda", "tu", "tua"};
+/// The size check text by letter: 'H' horizontal, 'V' vertical, anything else none.
+QStringList SizeErrors(char which) {
+  if (which == 'H') return {kHorizontalError};
+  if (which == 'V') return {kVerticalError};
+  return {};
+}
+
+QStringList CaptionsShown(const test::ScriptedDialogs& dialogs) {
+  QStringList captions;
+  for (const auto& shown : dialogs.shown) captions << shown.caption;
+  return captions;
+}
+
+/// The eight direction keys in the order of ScanDirection, then the four corner keys.
+std::array<bool*, 12> KeysOf(ScanSettings& s) {
+  return {&s.tr, &s.tra, &s.tl,    &s.tla,   &s.td,    &s.tda,
+          &s.tu, &s.tua, &s.CORN1, &s.CORN2, &s.CORN3, &s.CORN4};
+}
 
 /// The true direction and corner keys, as text: "td CORN1".
-QString ScanKeys(const Settings& settings) {
-  const ScanSettings& s = settings.scan;
-  const bool dirs[] = {s.tr, s.tra, s.tl, s.tla, s.td, s.tda, s.tu, s.tua};
-  const bool corners[] = {s.CORN1, s.CORN2, s.CORN3, s.CORN4};
+QString ScanKeys(Settings settings) {
+  const char* const names[] = {"tr", "tra", "tl",    "tla",   "td",    "tda",
+                               "tu", "tua", "CORN1", "CORN2", "CORN3", "CORN4"};
   QStringList on;
-  for (int i = 0; i < 8; ++i) {
-    if (dirs[i]) on << QString::fromLatin1(kKeys[i]);
-  }
-  for (int i = 0; i < 4; ++i) {
-    if (corners[i]) on << QStringLiteral("CORN%1").arg(i + 1);
+  for (int i = 0; i < 12; ++i) {
+    if (*KeysOf(settings.scan)[i]) on << names[i];
   }
   return on.join(' ');
 }
 
-/// A state in `mode`, `width` x `height`, direction tr with CORN1, nothing shown or logged.
+/// A state in `mode`, `width` x `height`, direction `d` with CORN1, nothing shown or logged.
 struct Fixture {
   test::TestServices ts;
   app::AppState state;
-  explicit Fixture(PixelMode mode = PixelMode::Monochrome, int width = 128, int height = 64) {
+  explicit Fixture(M mode = M::Monochrome, D d = D::tr, int width = 128, int height = 64,
+                   bool nomat = false) {
     ApplyModeFlags(state.settings.pixel, Info(mode).flags);
+    for (int i = 0; i < 8; ++i) *KeysOf(state.settings.scan)[i] = i == static_cast<int>(d);
     state.settings.display.GWI = width;
     state.settings.display.GHI = height;
+    state.settings.display.NOMAT = nomat;
     state.log.Clear();
   }
-  bool Select(ScanDirection d) { return SelectScanDirection(state, ts.services, d); }
-  void Direction(ScanDirection d) {
-    ScanSettings& s = state.settings.scan;
-    s.tr = s.tra = s.tl = s.tla = s.td = s.tda = s.tu = s.tua = false;
-    bool* keys[] = {&s.tr, &s.tra, &s.tl, &s.tla, &s.td, &s.tda, &s.tu, &s.tua};
-    *keys[static_cast<int>(d)] = true;
-  }
+  bool Select(D d) { return SelectScanDirection(state, ts.services, d); }
 };
 
-// ---- Direction selection --------------------------------------------------------------------
-
-struct DirectionCase {
-  ScanDirection direction;
-  const char* keys;  // direction and corner after selection
-  const char* log;   // expected log line, empty for none
-};
-
-class EveryDirection : public ::testing::TestWithParam<DirectionCase> {};
-
-TEST_P(EveryDirection, SelectionSetsOneDirectionItsCornerAndItsLogLine) {
-  const DirectionCase& c = GetParam();
-  Fixture f;
-  f.state.settings.scan.CORN3 = true;  // a stale corner must go
-  ASSERT_TRUE(f.Select(c.direction));
-  EXPECT_EQ(ScanKeys(f.state.settings), QString::fromLatin1(c.keys));
-  EXPECT_EQ(CurrentScanDirection(f.state.settings), c.direction);
-  const bool horizontal = c.direction == ScanDirection::tr || c.direction == ScanDirection::tra ||
-                          c.direction == ScanDirection::tl || c.direction == ScanDirection::tla;
-  EXPECT_EQ(IsHorizontalScan(f.state.settings), horizontal);
-  EXPECT_EQ(IsVerticalScan(f.state.settings), !horizontal);
-  if (*c.log) {
-    EXPECT_EQ(f.state.log.Lines(), QStringList{QString::fromLatin1(c.log)});
-  } else {
-    EXPECT_TRUE(f.state.log.Lines().isEmpty());
+TEST(SelectScanDirection, SetsOneDirectionItsCornerAndItsLogLine) {
+  const std::tuple<D, const char*, const char*> rows[] = {
+      {D::tr, "tr CORN1", ""},         {D::tra, "tra CORN1", ""},
+      {D::tl, "tl CORN2", ""},         {D::tla, "tla CORN2", "Right to Left"},
+      {D::td, "td CORN1", "Top down"}, {D::tda, "tda CORN1", ""},
+      {D::tu, "tu CORN4", ""},         {D::tua, "tua CORN4", ""}};
+  for (const auto& [direction, keys, log] : rows) {
+    SCOPED_TRACE(keys);
+    Fixture f;
+    f.state.settings.scan.CORN3 = true;  // a stale corner must go
+    ASSERT_TRUE(f.Select(direction));
+    EXPECT_EQ(ScanKeys(f.state.settings), keys);
+    EXPECT_EQ(CurrentScanDirection(f.state.settings), direction);
+    const bool horizontal = keys[1] == 'r' || keys[1] == 'l';
+    EXPECT_EQ(IsHorizontalScan(f.state.settings), horizontal);
+    EXPECT_EQ(IsVerticalScan(f.state.settings), !horizontal);
+    EXPECT_EQ(f.state.log.Lines(), *log ? QStringList{log} : QStringList{});
+    EXPECT_TRUE(f.ts.dialogs.shown.isEmpty());
   }
-  EXPECT_TRUE(f.ts.dialogs.shown.isEmpty());
 }
 
-INSTANTIATE_TEST_SUITE_P(Directions, EveryDirection,
-                         ::testing::Values(DirectionCase{ScanDirection::tr, "tr CORN1", ""},
-                                           DirectionCase{ScanDirection::tra, "tra CORN1", ""},
-                                           DirectionCase{ScanDirection::tl, "tl CORN2", ""},
-                                           DirectionCase{ScanDirection::tla, "tla CORN2",
-                                                         "Right to Left"},
-                                           DirectionCase{ScanDirection::td, "td CORN1", "Top down"},
-                                           DirectionCase{ScanDirection::tda, "tda CORN1", ""},
-                                           DirectionCase{ScanDirection::tu, "tu CORN4", ""},
-                                           DirectionCase{ScanDirection::tua, "tua CORN4", ""}));
-
-TEST(SelectScanDirection, Gray32FallsThroughToTheFormsItsPackerKnows) {
-  const struct {
-    ScanDirection asked;
-    const char* keys;
-  } rows[] = {
-      {ScanDirection::td, "tda CORN1"}, {ScanDirection::tu, "tua CORN4"},
-      {ScanDirection::tla, "tl CORN2"}, {ScanDirection::tra, "tr CORN1"},
-      {ScanDirection::tl, "tl CORN2"},  {ScanDirection::tda, "tda CORN1"},
-  };
-  for (const auto& row : rows) {
-    Fixture f(PixelMode::Gray32Packed);
-    f.Direction(ScanDirection::tua);
-    EXPECT_TRUE(f.Select(row.asked));
-    EXPECT_EQ(ScanKeys(f.state.settings), QString::fromLatin1(row.keys));
+TEST(SelectScanDirection, Gray32FallsThroughAndSlicesIgnoreRightToLeft) {
+  const std::tuple<M, D, const char*> rows[] = {
+      {M::Gray32Packed, D::td, "tda CORN1"}, {M::Gray32Packed, D::tu, "tua CORN4"},
+      {M::Gray32Packed, D::tla, "tl CORN2"}, {M::Gray32Packed, D::tra, "tr CORN1"},
+      {M::Gray32Packed, D::tl, "tl CORN2"},  {M::Gray32Packed, D::tda, "tda CORN1"},
+      {M::Gray16Slices, D::tl, "td CORN1"},  {M::Gray16Slices, D::tla, "td CORN1"},
+      {M::Gray16Slices, D::tda, "tda CORN1"}};
+  for (const auto& [mode, asked, keys] : rows) {
+    SCOPED_TRACE(Info(asked).key);
+    const bool slices = mode == M::Gray16Slices;
+    Fixture f(mode, slices ? D::td : D::tua);
+    EXPECT_EQ(f.Select(asked), !slices || asked == D::tda);
+    EXPECT_EQ(ScanKeys(f.state.settings), keys);
+    EXPECT_TRUE(f.ts.dialogs.shown.isEmpty());
+    EXPECT_TRUE(f.state.log.Lines().isEmpty()) << "the log line is that of the direction reached";
   }
   // The size check belongs to the direction reached: td becomes tda and shows the vertical text.
-  Fixture f(PixelMode::Gray32RUnpacked, 128, 63);
-  EXPECT_FALSE(f.Select(ScanDirection::td));
+  Fixture f(M::Gray32RUnpacked, D::tr, 128, 63);
+  EXPECT_FALSE(f.Select(D::td));
   EXPECT_EQ(f.ts.dialogs.Texts(), QStringList{kVerticalError});
 }
 
-TEST(SelectScanDirection, SlicesModeIgnoresRightToLeftDirections) {
-  for (ScanDirection d : {ScanDirection::tl, ScanDirection::tla}) {
-    Fixture f(PixelMode::Gray16Slices);
-    f.Direction(ScanDirection::td);
-    EXPECT_FALSE(f.Select(d));
-    EXPECT_EQ(ScanKeys(f.state.settings), QStringLiteral("td CORN1"));
-    EXPECT_TRUE(f.ts.dialogs.shown.isEmpty());
-    EXPECT_TRUE(f.state.log.Lines().isEmpty());
+TEST(SelectScanDirection, SizeOffThePageGridRefusesWithTheButtonsTextAndChangesNothing) {
+  // Width 100 is no multiple of 8: the horizontal buttons refuse; tra checks the width but words
+  // it as the vertical text. Height 60: the vertical buttons refuse; td checks the height with
+  // the horizontal text. The grid follows PixelsPerByte, the text still says 8. In 8 colours a
+  // multiple of 8 (and of 8/3) does not fit 2.66666666. A zero size counts as 1. NOMAT skips it.
+  const std::tuple<M, int, int, D, char> rows[] = {
+      {M::Monochrome, 100, 64, D::tr, 'H'},     {M::Monochrome, 100, 64, D::tl, 'H'},
+      {M::Monochrome, 100, 64, D::tla, 'H'},    {M::Monochrome, 100, 64, D::tra, 'V'},
+      {M::Monochrome, 100, 64, D::td, '-'},     {M::Monochrome, 128, 60, D::td, 'H'},
+      {M::Monochrome, 128, 60, D::tda, 'V'},    {M::Monochrome, 128, 60, D::tu, 'V'},
+      {M::Monochrome, 128, 60, D::tua, 'V'},    {M::Monochrome, 128, 60, D::tr, '-'},
+      {M::Gray4, 130, 64, D::tr, 'H'},          {M::Gray4, 132, 64, D::tr, '-'},
+      {M::Gray16Vertical, 128, 63, D::tu, 'V'}, {M::Gray16Vertical, 128, 62, D::tu, '-'},
+      {M::Colors256, 127, 61, D::td, '-'},      {M::Colors8, 24, 24, D::tr, 'H'},
+      {M::Colors8, 24, 24, D::tu, 'V'},         {M::Monochrome, 0, 64, D::tr, 'H'},
+      {M::Monochrome, 128, 0, D::tda, 'V'},     {M::Colors65536, 0, 0, D::tr, '-'}};
+  for (const auto& [mode, width, height, direction, error] : rows) {
+    SCOPED_TRACE(testing::Message() << PixelModeName(mode).toStdString() << " " << width << "x"
+                                    << height << " " << Info(direction).key);
+    Fixture f(mode, D::tra, width, height);
+    EXPECT_EQ(f.Select(direction), error == '-');
+    EXPECT_EQ(f.ts.dialogs.Texts(), SizeErrors(error));
+    if (error == '-') continue;
+    EXPECT_EQ(f.ts.dialogs.shown[0].caption, QStringLiteral("Error"));
+    EXPECT_EQ(ScanKeys(f.state.settings), QStringLiteral("tra CORN1"));
+    EXPECT_EQ(QSize(f.state.settings.display.GWI, f.state.settings.display.GHI),
+              QSize(width, height));
+    EXPECT_EQ(CurrentPixelMode(f.state.settings), mode);
   }
-  Fixture f(PixelMode::Gray16Slices);
-  EXPECT_TRUE(f.Select(ScanDirection::tda));
-  EXPECT_TRUE(f.Select(ScanDirection::td));
-}
-
-struct SizeCase {
-  PixelMode mode;
-  int width;
-  int height;
-  ScanDirection direction;
-  const QString* error;  // nullptr: accepted
-};
-
-class SizeCheck : public ::testing::TestWithParam<SizeCase> {};
-
-TEST_P(SizeCheck, SizeOffThePageGridRefusesWithTheButtonsTextAndChangesNothing) {
-  const SizeCase& c = GetParam();
-  Fixture f(c.mode, c.width, c.height);
-  f.Direction(ScanDirection::tra);
-  const bool accepted = f.Select(c.direction);
-  if (!c.error) {
-    EXPECT_TRUE(accepted);
-    EXPECT_TRUE(f.ts.dialogs.shown.isEmpty());
-    return;
-  }
-  EXPECT_FALSE(accepted);
-  ASSERT_EQ(f.ts.dialogs.shown.size(), 1);
-  EXPECT_EQ(f.ts.dialogs.shown[0].text, *c.error);
-  EXPECT_EQ(f.ts.dialogs.shown[0].caption, QStringLiteral("Error"));
-  EXPECT_EQ(ScanKeys(f.state.settings), QStringLiteral("tra CORN1"));
-  EXPECT_EQ(f.state.settings.display.GWI, c.width);
-  EXPECT_EQ(f.state.settings.display.GHI, c.height);
-  EXPECT_EQ(CurrentPixelMode(f.state.settings), c.mode);
-}
-
-const QString* const H = &kHorizontalError;
-const QString* const V = &kVerticalError;
-
-INSTANTIATE_TEST_SUITE_P(
-    Directions, SizeCheck,
-    ::testing::Values(
-        // Monochrome, width 100 is no multiple of 8: the horizontal buttons refuse; tra checks
-        // the width but words it as the vertical text.
-        SizeCase{PixelMode::Monochrome, 100, 64, ScanDirection::tr, H},
-        SizeCase{PixelMode::Monochrome, 100, 64, ScanDirection::tl, H},
-        SizeCase{PixelMode::Monochrome, 100, 64, ScanDirection::tla, H},
-        SizeCase{PixelMode::Monochrome, 100, 64, ScanDirection::tra, V},
-        SizeCase{PixelMode::Monochrome, 100, 64, ScanDirection::td, nullptr},
-        SizeCase{PixelMode::Monochrome, 100, 64, ScanDirection::tu, nullptr},
-        // Height 60: the vertical buttons refuse; td checks the height with the horizontal text.
-        SizeCase{PixelMode::Monochrome, 128, 60, ScanDirection::td, H},
-        SizeCase{PixelMode::Monochrome, 128, 60, ScanDirection::tda, V},
-        SizeCase{PixelMode::Monochrome, 128, 60, ScanDirection::tu, V},
-        SizeCase{PixelMode::Monochrome, 128, 60, ScanDirection::tua, V},
-        SizeCase{PixelMode::Monochrome, 128, 60, ScanDirection::tr, nullptr},
-        // The grid follows PixelsPerByte, the text still says 8.
-        SizeCase{PixelMode::Gray4, 130, 64, ScanDirection::tr, H},
-        SizeCase{PixelMode::Gray4, 132, 64, ScanDirection::tr, nullptr},
-        SizeCase{PixelMode::Gray16Vertical, 128, 63, ScanDirection::tu, V},
-        SizeCase{PixelMode::Gray16Vertical, 128, 62, ScanDirection::tu, nullptr},
-        SizeCase{PixelMode::Colors256, 127, 61, ScanDirection::td, nullptr},
-        SizeCase{PixelMode::Colors256, 127, 61, ScanDirection::tl, nullptr},
-        // 8 colours: a multiple of 8 does not fit 2.66666666 either.
-        SizeCase{PixelMode::Colors8, 24, 24, ScanDirection::tr, H},
-        SizeCase{PixelMode::Colors8, 24, 24, ScanDirection::tu, V},
-        // A zero size counts as 1.
-        SizeCase{PixelMode::Monochrome, 0, 64, ScanDirection::tr, H},
-        SizeCase{PixelMode::Monochrome, 128, 0, ScanDirection::tda, V},
-        SizeCase{PixelMode::Colors65536, 0, 0, ScanDirection::tr, nullptr}));
-
-TEST(SelectScanDirection, NoMatrixCheckAcceptsAnySize) {
-  for (ScanDirection d :
-       {ScanDirection::tr, ScanDirection::tra, ScanDirection::tl, ScanDirection::tla,
-        ScanDirection::td, ScanDirection::tda, ScanDirection::tu, ScanDirection::tua}) {
-    Fixture f(PixelMode::Colors8, 101, 59);
-    f.state.settings.display.NOMAT = true;
-    EXPECT_TRUE(f.Select(d)) << Info(d).key;
-  }
-}
-
-TEST(SelectScanDirection, EightColoursRejectsEveryWidthUpToTheLargestPreset) {
-  int fitting = 0;
-  for (int size = 1; size <= kMaxUserWidth; ++size) {
-    if (SizeRemainder(size, kColors8PixelsPerByte) == 0.0) ++fitting;
-  }
-  EXPECT_EQ(fitting, 0);
-  EXPECT_EQ(SizeRemainder(0, 8.0), 1.0);
-  EXPECT_EQ(SizeRemainder(20, 8.0), 4.0);
+  for (D d : {D::tla, D::td}) EXPECT_TRUE(Fixture(M::Colors8, D::tra, 101, 59, true).Select(d));
 }
 
 TEST(SelectScanDirection, SixBitModeIsNotRefusedOnHorizontalDirections) {
-  Fixture f(PixelMode::Monochrome, 100, 60);
+  Fixture f(M::Monochrome, D::tr, 100, 60);
   f.state.settings.pixel.bw8 = false;
-  EXPECT_TRUE(f.Select(ScanDirection::tl));
+  EXPECT_TRUE(f.Select(D::tl));
   EXPECT_FALSE(f.state.settings.pixel.bw8);
   // A vertical direction sets bw8 before its size check, and the check then applies.
-  EXPECT_FALSE(f.Select(ScanDirection::td));
+  EXPECT_FALSE(f.Select(D::td));
   EXPECT_TRUE(f.state.settings.pixel.bw8);
   EXPECT_EQ(ScanKeys(f.state.settings), QStringLiteral("tl CORN2"));
 }
 
-TEST(SelectScanDirection, RunningFontDefinitionKeepsTheCorner) {
-  Fixture f;
-  SelectOriginCorner(f.state, OriginCorner::CORN3);
-  EXPECT_TRUE(
-      SelectScanDirection(f.state, f.ts.services, ScanDirection::tu, CornerRule::KeepCorner));
-  EXPECT_EQ(ScanKeys(f.state.settings), QStringLiteral("tu CORN3"));
-}
-
-TEST(SelectOriginCorner, SetsOneCornerAndLogsItsText) {
-  const struct {
-    OriginCorner corner;
-    const char* keys;
-    const char* text;
-  } rows[] = {
-      {OriginCorner::CORN1, "tr CORN1", "Origin corner top left"},
-      {OriginCorner::CORN2, "tr CORN2", "Origin corner top right"},
-      {OriginCorner::CORN3, "tr CORN3", "Origin corner bottom right"},
-      {OriginCorner::CORN4, "tr CORN4", "Origin corner bottom left"},
-  };
-  for (const auto& row : rows) {
+TEST(SelectOriginCorner, SetsOneCornerLogsItsTextAndStaysWhileAFontIsDefined) {
+  const char* const texts[] = {"Origin corner top left", "Origin corner top right",
+                               "Origin corner bottom right", "Origin corner bottom left"};
+  for (int i = 0; i < 4; ++i) {
     Fixture f;
-    SelectOriginCorner(f.state, row.corner);
-    EXPECT_EQ(ScanKeys(f.state.settings), QString::fromLatin1(row.keys));
-    EXPECT_EQ(CurrentOriginCorner(f.state.settings), row.corner);
-    EXPECT_EQ(f.state.log.Lines(), QStringList{QString::fromLatin1(row.text)});
+    const auto corner = static_cast<OriginCorner>(i);
+    SelectOriginCorner(f.state, corner);
+    EXPECT_EQ(ScanKeys(f.state.settings), QStringLiteral("tr CORN%1").arg(i + 1));
+    EXPECT_EQ(CurrentOriginCorner(f.state.settings), corner);
+    EXPECT_EQ(f.state.log.Lines(), QStringList{texts[i]});
+    // A running font definition keeps the corner.
+    EXPECT_TRUE(SelectScanDirection(f.state, f.ts.services, D::tu, CornerRule::KeepCorner));
+    EXPECT_EQ(ScanKeys(f.state.settings), QStringLiteral("tu CORN%1").arg(i + 1));
   }
 }
-
-// ---- Paging hint and page count -------------------------------------------------------------
 
 TEST(PagingHint, NamesTheMultipleAlongTheScanOrFreeSizes) {
-  const struct {
-    PixelMode mode;
-    ScanDirection direction;
-    const char* rule;
-    const char* scheme;
-  } rows[] = {
-      {PixelMode::Monochrome, ScanDirection::tr, "( Width = multiple of 8 , Height = free )",
-       "Horizontal paging scheme"},
-      {PixelMode::Monochrome, ScanDirection::td, "( Height = multiple of 8 , Width = free )",
-       "Vertical paging scheme"},
-      {PixelMode::Gray4, ScanDirection::tla, "( Width = multiple of 4 , Height = free )",
-       "Horizontal paging scheme"},
-      {PixelMode::Gray16Horizontal, ScanDirection::tua, "( Height = multiple of 2 , Width = free )",
-       "Vertical paging scheme"},
-      {PixelMode::Colors8, ScanDirection::tu, "( Height = multiple of 2.66666666 , Width = free )",
-       "Vertical paging scheme"},
-      {PixelMode::Colors65536, ScanDirection::td, "( Width = free , Height = free )",
-       "Vertical paging scheme"},
-      {PixelMode::Colors256, ScanDirection::tr, "( Width = free , Height = free )",
-       "Horizontal paging scheme"},
-  };
-  for (const auto& row : rows) {
-    Fixture f(row.mode);
-    f.Direction(row.direction);
-    const PagingHintText hint = PagingHint(f.state.settings);
-    EXPECT_EQ(hint.sizeRule, QString::fromLatin1(row.rule));
-    EXPECT_EQ(hint.scheme, QString::fromLatin1(row.scheme));
+  const std::tuple<M, D, const char*, const char*> rows[] = {
+      {M::Monochrome, D::tr, "( Width = multiple of 8 , Height = free )", "Horizontal"},
+      {M::Monochrome, D::td, "( Height = multiple of 8 , Width = free )", "Vertical"},
+      {M::Gray4, D::tla, "( Width = multiple of 4 , Height = free )", "Horizontal"},
+      {M::Colors8, D::tu, "( Height = multiple of 2.66666666 , Width = free )", "Vertical"},
+      {M::Colors65536, D::td, "( Width = free , Height = free )", "Vertical"},
+      {M::Colors256, D::tr, "( Width = free , Height = free )", "Horizontal"}};
+  for (const auto& [mode, direction, rule, scheme] : rows) {
+    const PagingHintText hint = PagingHint(Fixture(mode, direction).state.settings);
+    EXPECT_EQ(hint.sizeRule, rule);
+    EXPECT_EQ(hint.scheme, scheme + QStringLiteral(" paging scheme"));
   }
-}
-
-TEST(FormatGeneralReal, PrintsShortestGeneralFormUpToFifteenDigits) {
-  EXPECT_EQ(FormatGeneralReal(8.0), QStringLiteral("8"));
-  EXPECT_EQ(FormatGeneralReal(2.0), QStringLiteral("2"));
   EXPECT_EQ(FormatGeneralReal(0.5), QStringLiteral("0.5"));
-  EXPECT_EQ(FormatGeneralReal(kColors8PixelsPerByte), QStringLiteral("2.66666666"));
   EXPECT_EQ(FormatGeneralReal(8.0 / 3.0), QStringLiteral("2.66666666666667"));
 }
 
 TEST(PageCount, CountsWholePagesWithTheWalkersExceptions) {
-  const struct {
-    PixelMode mode;
-    ScanDirection direction;
-    bool nomat;
-    int size;
-    int pages;
-  } rows[] = {
-      {PixelMode::Monochrome, ScanDirection::td, false, 64, 8},
-      {PixelMode::Monochrome, ScanDirection::td, false, 63, 7},
-      {PixelMode::Monochrome, ScanDirection::td, true, 64, 64},
-      {PixelMode::Gray4, ScanDirection::td, false, 64, 16},
-      {PixelMode::Gray4TwoPages, ScanDirection::td, false, 64, 8},
-      {PixelMode::Gray4TwoPages, ScanDirection::tda, false, 64, 16},
-      {PixelMode::Gray16Vertical, ScanDirection::tu, false, 63, 31},
-      {PixelMode::Gray16Slices, ScanDirection::td, false, 20, 3},
-      {PixelMode::Gray16Slices, ScanDirection::td, false, 16, 2},
-      {PixelMode::Colors8, ScanDirection::td, false, 24, 3},
-      {PixelMode::Colors8, ScanDirection::td, false, 23, 2},
-      {PixelMode::Gray32Packed, ScanDirection::tda, false, 10, 10},
-      {PixelMode::Colors16M, ScanDirection::td, false, 10, 10},
-  };
-  for (const auto& row : rows) {
-    Fixture f(row.mode);
-    f.Direction(row.direction);
-    f.state.settings.display.NOMAT = row.nomat;
-    EXPECT_EQ(PageCount(f.state.settings, row.size), row.pages)
-        << PixelModeName(row.mode).toStdString() << " " << row.size;
+  const std::tuple<M, D, bool, int, int> rows[] = {
+      {M::Monochrome, D::td, false, 64, 8},      {M::Monochrome, D::td, false, 63, 7},
+      {M::Monochrome, D::td, true, 64, 64},      {M::Gray4, D::td, false, 64, 16},
+      {M::Gray4TwoPages, D::td, false, 64, 8},   {M::Gray4TwoPages, D::tda, false, 64, 16},
+      {M::Gray16Vertical, D::tu, false, 63, 31}, {M::Gray16Slices, D::td, false, 20, 3},
+      {M::Gray16Slices, D::td, false, 16, 2},    {M::Colors8, D::td, false, 24, 3},
+      {M::Colors8, D::td, false, 23, 2},         {M::Gray32Packed, D::tda, false, 10, 10},
+      {M::Colors16M, D::td, false, 10, 10}};
+  for (const auto& [mode, direction, nomat, size, pages] : rows) {
+    Fixture f(mode, direction, 128, 64, nomat);
+    EXPECT_EQ(PageCount(f.state.settings, size), pages)
+        << PixelModeName(mode).toStdString() << " " << size;
   }
 }
-
-// ---- Byte width and bit order ---------------------------------------------------------------
 
 TEST(SelectByteWidth, SixBitsOnlyInMonochromeWithAHorizontalDirection) {
-  const struct {
-    PixelMode mode;
-    ScanDirection direction;
-    bool eightBits;
-    bool allowed;
-  } rows[] = {
-      {PixelMode::Monochrome, ScanDirection::tr, false, true},
-      {PixelMode::MonochromeInverted, ScanDirection::tla, false, true},
-      {PixelMode::Monochrome, ScanDirection::tra, false, true},
-      {PixelMode::Monochrome, ScanDirection::td, false, false},
-      {PixelMode::Monochrome, ScanDirection::tua, false, false},
-      {PixelMode::Gray4, ScanDirection::tr, false, false},
-      {PixelMode::Gray4, ScanDirection::td, true, true},
-      {PixelMode::Colors16M, ScanDirection::tl, true, true},
-  };
-  for (const auto& row : rows) {
-    Fixture f(row.mode);
-    f.Direction(row.direction);
-    f.state.settings.pixel.bw8 = !row.eightBits;
-    EXPECT_EQ(SelectByteWidth(f.state, f.ts.services, row.eightBits), row.allowed);
-    if (row.allowed) {
-      EXPECT_EQ(f.state.settings.pixel.bw8, row.eightBits);
-      EXPECT_EQ(f.state.log.Lines().last(), row.eightBits ? QStringLiteral("8 bit format enabled")
-                                                          : QStringLiteral("6 bit format enabled"));
-      EXPECT_TRUE(f.ts.dialogs.shown.isEmpty());
-    } else {
-      EXPECT_TRUE(f.state.settings.pixel.bw8);
-      EXPECT_EQ(f.ts.dialogs.Texts(),
-                QStringList{QStringLiteral("Operation allowed in monochrome mode only !")});
-    }
+  const std::tuple<M, D, bool, bool> rows[] = {
+      {M::Monochrome, D::tr, false, true},  {M::MonochromeInverted, D::tla, false, true},
+      {M::Monochrome, D::tra, false, true}, {M::Monochrome, D::td, false, false},
+      {M::Gray4, D::tr, false, false},      {M::Gray4, D::td, true, true}};
+  for (const auto& [mode, direction, eightBits, allowed] : rows) {
+    Fixture f(mode, direction);
+    f.state.settings.pixel.bw8 = !eightBits;
+    EXPECT_EQ(SelectByteWidth(f.state, f.ts.services, eightBits), allowed);
+    EXPECT_EQ(f.state.settings.pixel.bw8, allowed ? eightBits : true);
+    const char* line = eightBits ? "8 bit format enabled" : "6 bit format enabled";
+    const char* refusal = "Operation allowed in monochrome mode only !";
+    EXPECT_EQ(f.state.log.Lines().contains(line), allowed);
+    EXPECT_EQ(f.ts.dialogs.Texts(), allowed ? QStringList{} : QStringList{refusal});
   }
-}
-
-TEST(SelectBitOrder, SetsMsbfAndTheTwoControlFlags) {
   Fixture f;
   SelectBitOrder(f.state, false);
-  EXPECT_FALSE(f.state.settings.scan.MSBF);
-  EXPECT_TRUE(LittleEndianBits(f.state.settings));
-  EXPECT_FALSE(BigEndianBits(f.state.settings));
+  EXPECT_TRUE(LittleEndianBits(f.state.settings) && !BigEndianBits(f.state.settings));
   SelectBitOrder(f.state, true);
-  EXPECT_TRUE(BigEndianBits(f.state.settings));
-  EXPECT_EQ(f.state.log.Lines(),
-            (QStringList{QStringLiteral("MSB last"), QStringLiteral("MSB first")}));
-  EXPECT_EQ(BitOrderCaption(true),
-            QStringLiteral("Most Significant Bit First             (big endian)"));
-  EXPECT_EQ(BitOrderCaption(false),
-            QStringLiteral("Most Significant Bit Last        (little endian)"));
-  EXPECT_EQ(BigEndianHint(), QStringLiteral("Big Endian (MSB first)"));
+  EXPECT_TRUE(f.state.settings.scan.MSBF && BigEndianBits(f.state.settings));
+  EXPECT_EQ(f.state.log.Lines(), (QStringList{"MSB last", "MSB first"}));
 }
-
-// ---- Sizes ----------------------------------------------------------------------------------
 
 TEST(DisplaySize, SetsTheKeysAndTheCanvasWithAtLeastOnePixel) {
   Fixture f;
   SetDisplaySize(f.state, 0, -5);
-  EXPECT_EQ(f.state.settings.display.GWI, 1);
-  EXPECT_EQ(f.state.settings.display.GHI, 1);
+  EXPECT_EQ(QSize(f.state.settings.display.GWI, f.state.settings.display.GHI), QSize(1, 1));
   EXPECT_EQ(f.state.canvas.Width(), 1);
-  f.state.settings.display.USmat = true;
+  f.state.settings.display.USmat = f.state.settings.display.UMATB = true;
   SelectPresetSize(f.state, QSize(480, 272));
-  EXPECT_EQ(f.state.canvas.Width(), 480);
-  EXPECT_EQ(f.state.canvas.Height(), 272);
-  EXPECT_FALSE(f.state.settings.display.USmat);
-}
-
-TEST(DisplaySize, PresetsEndWithTheLargestSizeWhichTheUserLimitsMatch) {
-  const auto presets = PresetSizes();
-  ASSERT_EQ(presets.size(), 22u);
-  EXPECT_EQ(presets.front(), QSize(96, 40));
-  EXPECT_EQ(presets.back(), QSize(1024, 768));
-  for (const QSize& size : presets) {
-    EXPECT_LE(size.width(), kMaxUserWidth);
-    EXPECT_LE(size.height(), kMaxUserHeight);
-  }
+  EXPECT_EQ(QSize(f.state.canvas.Width(), f.state.canvas.Height()), QSize(480, 272));
+  EXPECT_FALSE(f.state.settings.display.USmat || f.state.settings.display.UMATB);
+  // The largest preset is the largest size the user may type.
+  EXPECT_EQ(PresetSizes().back(), QSize(kMaxUserWidth, kMaxUserHeight));
 }
 
 TEST(CustomSizes, FillFreeSlotsKeepDuplicatesAndOverwriteTheLastWhenFull) {
@@ -411,8 +246,7 @@ TEST(CustomSizes, FillFreeSlotsKeepDuplicatesAndOverwriteTheLastWhenFull) {
   EXPECT_EQ(AddCustomSize(settings, QSize(100, 50)), 0);
   EXPECT_EQ(AddCustomSize(settings, QSize(120, 30)), 1);
   EXPECT_EQ(AddCustomSize(settings, QSize(100, 50)), 0);
-  EXPECT_EQ(CustomSizeCaptions(settings),
-            (QStringList{QStringLiteral("Custom 100 x 50"), QStringLiteral("Custom 120 x 30")}));
+  EXPECT_EQ(CustomSizeCaptions(settings), (QStringList{"Custom 100 x 50", "Custom 120 x 30"}));
   for (int i = 2; i < kCustomSizeSlots; ++i) {
     EXPECT_EQ(AddCustomSize(settings, QSize(200 + i, 10)), i);
   }
@@ -421,201 +255,126 @@ TEST(CustomSizes, FillFreeSlotsKeepDuplicatesAndOverwriteTheLastWhenFull) {
   EXPECT_EQ(CustomSizeCaptions(settings).size(), kCustomSizeSlots);
 }
 
-struct TypedCase {
-  bool height;  // else width
-  PixelMode mode;
-  ScanDirection direction;
-  const char* text;
-  int stored;
-  const char* edit;
-  bool beep;
-  const char* message;  // empty: none
-};
-
-class UserSizeTyping : public ::testing::TestWithParam<TypedCase> {};
-
-TEST_P(UserSizeTyping, StoresCutsOrRestoresAndWarnsOnlyOverTheLimit) {
-  const TypedCase& c = GetParam();
-  Fixture f(c.mode);
-  f.Direction(c.direction);
-  f.state.settings.display.MATH = 64;
-  f.state.settings.display.MATW = 128;
-  const TypedSize result =
-      c.height ? LCDmatrixHeightEditChange(f.state, f.ts.services, QString::fromLatin1(c.text))
-               : LCDmatrixWidthEditChange(f.state, f.ts.services, QString::fromLatin1(c.text));
-  EXPECT_EQ(c.height ? f.state.settings.display.MATH : f.state.settings.display.MATW, c.stored);
-  EXPECT_EQ(result.editText, QString::fromLatin1(c.edit));
-  EXPECT_EQ(result.beep, c.beep);
-  if (*c.message) {
-    ASSERT_EQ(f.ts.dialogs.shown.size(), 1);
-    EXPECT_EQ(f.ts.dialogs.shown[0].text, QString::fromLatin1(c.message));
-    EXPECT_EQ(f.ts.dialogs.shown[0].type, DialogType::Error);
-  } else {
-    EXPECT_TRUE(f.ts.dialogs.shown.isEmpty());
+TEST(UserSizeTyping, StoresCutsOrRestoresAndWarnsOnlyOverTheLimit) {
+  const QString heightMessage =
+      QStringLiteral(" In vertical mode, height must be a multiple of 2.66666666 and <= 768 !");
+  const QString widthMessage =
+      QStringLiteral(" In horizontal mode, width must be a multiple of 2.66666666 and <= 1024 !");
+  const std::tuple<char, M, D, const char*, int, bool, bool> rows[] = {
+      {'H', M::Monochrome, D::td, "abc", 64, false, false},
+      {'H', M::Monochrome, D::td, "0", 64, false, false},
+      {'H', M::Monochrome, D::td, "200", 200, false, false},
+      {'H', M::Monochrome, D::td, "769", 768, true, false},
+      {'H', M::Colors8, D::td, "768", 768, false, false},
+      {'H', M::Colors8, D::td, "800", 768, true, true},
+      {'H', M::Colors8, D::tu, "769", 768, true, true},
+      {'H', M::Colors8, D::tda, "800", 768, true, false},
+      {'W', M::Colors8, D::tr, "1100", 1024, true, true},
+      {'W', M::Colors8, D::tl, "1025", 1024, true, true},
+      {'W', M::Colors8, D::tl, "1024", 1024, false, false},
+      {'W', M::Colors8, D::tla, "1100", 1024, true, false},
+      {'W', M::Monochrome, D::tr, "2000", 1024, true, false},
+      {'W', M::Gray4, D::tl, "12x", 128, false, false}};
+  for (const auto& [edit, mode, direction, typed, stored, beep, warns] : rows) {
+    SCOPED_TRACE(testing::Message() << edit << " " << typed << " " << Info(direction).key);
+    Fixture f(mode, direction);
+    DisplaySettings& display = f.state.settings.display;
+    display.MATH = 64;
+    display.MATW = 128;
+    const QString text = QString::fromLatin1(typed);
+    const bool height = edit == 'H';
+    const TypedSize result = height ? LCDmatrixHeightEditChange(f.state, f.ts.services, text)
+                                    : LCDmatrixWidthEditChange(f.state, f.ts.services, text);
+    EXPECT_EQ(height ? display.MATH : display.MATW, stored);
+    // The edit keeps a whole number it took, else shows the stored value.
+    const bool taken = text.toInt() > 0 && !beep;
+    EXPECT_EQ(result.editText, taken ? text : QString::number(stored));
+    EXPECT_EQ(result.beep, beep);
+    const QString& message = height ? heightMessage : widthMessage;
+    EXPECT_EQ(f.ts.dialogs.Texts(), warns ? QStringList{message} : QStringList{});
+    for (const auto& shown : f.ts.dialogs.shown) EXPECT_EQ(shown.type, DialogType::Error);
+    EXPECT_EQ(display.GHI, 64) << "typing alone never changes the display";
   }
-  EXPECT_EQ(f.state.settings.display.GHI, 64) << "typing alone never changes the display";
 }
 
-const char* const kHeightMessage8 =
-    " In vertical mode, height must be a multiple of 2.66666666 and <= 768 !";
-const char* const kWidthMessage8 =
-    " In horizontal mode, width must be a multiple of 2.66666666 and <= 1024 !";
-
-INSTANTIATE_TEST_SUITE_P(
-    Typing, UserSizeTyping,
-    ::testing::Values(
-        TypedCase{true, PixelMode::Monochrome, ScanDirection::td, "abc", 64, "64", false, ""},
-        TypedCase{true, PixelMode::Monochrome, ScanDirection::td, "", 64, "64", false, ""},
-        TypedCase{true, PixelMode::Monochrome, ScanDirection::td, "0", 64, "64", false, ""},
-        TypedCase{true, PixelMode::Monochrome, ScanDirection::td, "200", 200, "200", false, ""},
-        TypedCase{true, PixelMode::Monochrome, ScanDirection::td, "769", 768, "768", true, ""},
-        TypedCase{true, PixelMode::Colors8, ScanDirection::td, "800", 768, "768", true,
-                  kHeightMessage8},
-        TypedCase{true, PixelMode::Colors8, ScanDirection::tu, "769", 768, "768", true,
-                  kHeightMessage8},
-        TypedCase{true, PixelMode::Colors8, ScanDirection::tda, "800", 768, "768", true, ""},
-        TypedCase{true, PixelMode::Colors8, ScanDirection::tr, "800", 768, "768", true, ""},
-        TypedCase{true, PixelMode::Colors8, ScanDirection::td, "700", 700, "700", false, ""},
-        TypedCase{false, PixelMode::Colors8, ScanDirection::tr, "1100", 1024, "1024", true,
-                  kWidthMessage8},
-        TypedCase{false, PixelMode::Colors8, ScanDirection::tl, "1025", 1024, "1024", true,
-                  kWidthMessage8},
-        TypedCase{false, PixelMode::Colors8, ScanDirection::tla, "1100", 1024, "1024", true, ""},
-        TypedCase{false, PixelMode::Monochrome, ScanDirection::tr, "2000", 1024, "1024", true, ""},
-        TypedCase{false, PixelMode::Gray4, ScanDirection::tl, "12x", 128, "128", false, ""}));
-
-/// Sets the typed user size and confirms it.
-bool Confirm(Fixture& f, int width, int height) {
-  f.state.settings.display.MATW = width;
-  f.state.settings.display.MATH = height;
-  return LCDmatrixSizeUserDefinedClick(f.state, f.ts.services);
-}
-
-const QString kInfo = QStringLiteral(" User Dot Matrix Size has been defined ! ");
-const QString kToVertical = QStringLiteral(
-    "Dot matrix size not compatible with horizontal paging scheme !\rDo you want to change paging "
-    "scheme orientation to vertical ?");
-const QString kToHorizontal = QStringLiteral(
-    "Dot matrix size not compatible with vertical paging scheme !\rDo you want to change paging "
-    "scheme orientation to horizontal ?");
-
-TEST(UserSizeConfirm, SetsTheSizeRemembersItAndOffersTheVerticalScheme) {
-  Fixture f;
-  f.ts.dialogs.Answer(Answer::Ok);
-  f.ts.dialogs.Answer(Answer::Yes);
-  ASSERT_TRUE(Confirm(f, 100, 64));
-
-  EXPECT_EQ(f.ts.dialogs.Texts(), (QStringList{kInfo, kToVertical}));
-  EXPECT_EQ(f.ts.dialogs.shown[0].caption, QStringLiteral("Information"));
-  EXPECT_EQ(f.ts.dialogs.shown[1].caption, QStringLiteral("Warning"));
-  EXPECT_EQ(f.state.settings.display.GWI, 100);
-  EXPECT_EQ(f.state.settings.display.GHI, 64);
-  EXPECT_EQ(f.state.canvas.Width(), 100);
-  EXPECT_TRUE(f.state.settings.display.USmat);
-  EXPECT_TRUE(f.state.settings.display.UMATB);
-  EXPECT_EQ(f.state.settings.customSizes[0], QSize(100, 64));
-  const QStringList& log = f.state.log.Lines();
-  const qsizetype h = log.indexOf(QStringLiteral("H:=64 W:=100"));
-  ASSERT_GE(h, 0);
-  EXPECT_GT(log.indexOf(QStringLiteral("Dot matrix size = User defined")), h);
-  EXPECT_EQ(ScanKeys(f.state.settings), QStringLiteral("td CORN1"));
-}
-
-TEST(UserSizeConfirm, RefusingTheSwitchKeepsTheDirection) {
-  Fixture f;
-  f.ts.dialogs.Answer(Answer::Ok);
-  f.ts.dialogs.Answer(Answer::No);
-  ASSERT_TRUE(Confirm(f, 100, 64));
-  EXPECT_EQ(ScanKeys(f.state.settings), QStringLiteral("tr CORN1"));
-  EXPECT_EQ(f.state.settings.display.GWI, 100);
-}
-
-TEST(UserSizeConfirm, VerticalDirectionOffersTheHorizontalScheme) {
-  Fixture f;
-  f.Direction(ScanDirection::tu);
-  f.ts.dialogs.Answer(Answer::Ok);
-  f.ts.dialogs.Answer(Answer::Yes);
-  ASSERT_TRUE(Confirm(f, 128, 30));
-  EXPECT_EQ(f.ts.dialogs.Texts(), (QStringList{kInfo, kToHorizontal}));
-  EXPECT_EQ(ScanKeys(f.state.settings), QStringLiteral("tr CORN1"));
-}
-
-TEST(UserSizeConfirm, FitIsJudgedByItsOwnPixelsPerByte) {
-  const struct {
-    PixelMode mode;
-    int width;
-    bool asks;
-  } rows[] = {
-      {PixelMode::Colors8, 100, false},      // counts as 2 here, not 2.66666666
-      {PixelMode::Gray32Packed, 130, true},  // counts as 4 here, not 2
-      {PixelMode::Gray32Packed, 132, false}, {PixelMode::Gray16Horizontal, 101, true},
-      {PixelMode::Colors256, 101, false},
-  };
-  for (const auto& row : rows) {
-    Fixture f(row.mode);
+TEST(UserSizeConfirm, SetsTheSizeRemembersItAndOffersTheOtherScheme) {
+  const QString ok = QStringLiteral(" User Dot Matrix Size has been defined ! ");
+  const QString toV = QStringLiteral(
+      "Dot matrix size not compatible with horizontal paging scheme !\rDo you want to change "
+      "paging scheme orientation to vertical ?");
+  const QString toH = QStringLiteral(
+      "Dot matrix size not compatible with vertical paging scheme !\rDo you want to change paging "
+      "scheme orientation to horizontal ?");
+  // A Yes to the switch still meets the direction's own check: td refuses height 60. The fit is
+  // judged by its own pixels per byte: 8 colours count 2, 32 gray 4.
+  const std::tuple<M, D, int, int, int, QStringList, const char*> rows[] = {
+      {M::Monochrome, D::tr, 100, 64, Answer::Yes, {ok, toV}, "td CORN1"},
+      {M::Monochrome, D::tr, 100, 64, Answer::No, {ok, toV}, "tr CORN1"},
+      {M::Monochrome, D::tu, 128, 30, Answer::Yes, {ok, toH}, "tr CORN1"},
+      {M::Monochrome, D::tr, 100, 60, Answer::Yes, {ok, toV, kHorizontalError}, "tr CORN1"},
+      {M::Colors8, D::tr, 100, 64, Answer::No, {ok}, "tr CORN1"},
+      {M::Colors8, D::tr, 101, 64, Answer::No, {ok, toV}, "tr CORN1"},
+      {M::Gray32Packed, D::tr, 130, 64, Answer::No, {ok, toV}, "tr CORN1"},
+      {M::Gray32Packed, D::tr, 132, 64, Answer::No, {ok}, "tr CORN1"},
+      {M::Gray16Horizontal, D::tr, 101, 64, Answer::No, {ok, toV}, "tr CORN1"},
+      {M::Colors256, D::tr, 101, 64, Answer::No, {ok}, "tr CORN1"}};
+  for (const auto& [mode, direction, width, height, answer, texts, keys] : rows) {
+    SCOPED_TRACE(testing::Message()
+                 << PixelModeName(mode).toStdString() << " " << width << "x" << height);
+    Fixture f(mode, direction);
     f.ts.dialogs.Answer(Answer::Ok);
-    f.ts.dialogs.Answer(Answer::No);
-    ASSERT_TRUE(Confirm(f, row.width, 64));
-    EXPECT_EQ(f.ts.dialogs.Texts().contains(kToVertical), row.asks)
-        << PixelModeName(row.mode).toStdString() << " " << row.width;
-  }
-}
+    f.ts.dialogs.Answer(answer);
+    DisplaySettings& display = f.state.settings.display;
+    display.MATW = width;
+    display.MATH = height;
+    ASSERT_TRUE(LCDmatrixSizeUserDefinedClick(f.state, f.ts.services));
 
-TEST(UserSizeConfirm, AcceptedSwitchStillMeetsTheDirectionsOwnCheck) {
-  // Width 100 does not fit tr; the switch to td then meets height 60, which td refuses.
-  Fixture f;
-  f.ts.dialogs.Answer(Answer::Ok);
-  f.ts.dialogs.Answer(Answer::Yes);
-  ASSERT_TRUE(Confirm(f, 100, 60));
-  EXPECT_EQ(f.ts.dialogs.Texts(), (QStringList{kInfo, kToVertical, kHorizontalError}));
-  EXPECT_EQ(ScanKeys(f.state.settings), QStringLiteral("tr CORN1"));
+    EXPECT_EQ(f.ts.dialogs.Texts(), texts);
+    const QStringList captions = {"Information", "Warning", "Error"};
+    EXPECT_EQ(CaptionsShown(f.ts.dialogs), captions.mid(0, texts.size()));
+    EXPECT_EQ(ScanKeys(f.state.settings), keys);
+    EXPECT_EQ(QSize(display.GWI, display.GHI), QSize(width, height));
+    EXPECT_EQ(f.state.canvas.Width(), width);
+    EXPECT_TRUE(display.USmat && display.UMATB);
+    EXPECT_EQ(f.state.settings.customSizes[0], QSize(width, height));
+    const QStringList& log = f.state.log.Lines();
+    const qsizetype at = log.indexOf(QStringLiteral("H:=%1 W:=%2").arg(height).arg(width));
+    ASSERT_GE(at, 0);
+    EXPECT_EQ(log.value(at + 1), QStringLiteral("Dot matrix size = User defined"));
+  }
 }
 
 TEST(UserSizeConfirm, NoTypedSizeIsReportedAsAFaultAndChangesNothing) {
-  Fixture f;
-  EXPECT_FALSE(Confirm(f, 0, 64));
-  ASSERT_EQ(f.ts.dialogs.shown.size(), 1);
-  EXPECT_EQ(f.ts.dialogs.shown[0].text, QStringLiteral("User Size Define Error !"));
-  EXPECT_EQ(f.ts.dialogs.shown[0].caption, QStringLiteral("Error"));
-  EXPECT_TRUE(f.state.log.Lines().contains(QStringLiteral("User Size Define Error")));
-  EXPECT_EQ(f.state.settings.display.GWI, 128);
-  EXPECT_TRUE(CustomSizeCaptions(f.state.settings).isEmpty());
+  for (const QSize typed : {QSize(0, 64), QSize(128, 0)}) {
+    Fixture f;
+    f.state.settings.display.MATW = typed.width();
+    f.state.settings.display.MATH = typed.height();
+    EXPECT_FALSE(LCDmatrixSizeUserDefinedClick(f.state, f.ts.services));
+    EXPECT_EQ(f.ts.dialogs.Texts(), QStringList{"User Size Define Error !"});
+    EXPECT_EQ(f.ts.dialogs.shown[0].caption, QStringLiteral("Error"));
+    EXPECT_TRUE(f.state.log.Lines().contains(QStringLiteral("User Size Define Error")));
+    EXPECT_EQ(f.state.settings.display.GWI, 128);
+    EXPECT_FALSE(f.state.settings.display.USmat);
+    EXPECT_TRUE(CustomSizeCaptions(f.state.settings).isEmpty());
+  }
 }
 
-// ---- Area against the page grid -------------------------------------------------------------
-
 TEST(PageButtonClick, RefusesAnAreaOffThePageGrid) {
-  const struct {
-    PixelMode mode;
-    ScanDirection direction;
-    bool nomat;
-    int x1, y1, x2, y2;
-    bool fits;
-  } rows[] = {
-      {PixelMode::Monochrome, ScanDirection::tr, false, 8, 3, 24, 10, true},
-      {PixelMode::Monochrome, ScanDirection::tr, false, 3, 0, 24, 10, false},
-      {PixelMode::Monochrome, ScanDirection::tla, false, 8, 0, 20, 10, false},
-      {PixelMode::Monochrome, ScanDirection::td, false, 3, 8, 21, 16, true},
-      {PixelMode::Monochrome, ScanDirection::tua, false, 0, 8, 10, 12, false},
-      {PixelMode::Gray4, ScanDirection::tr, false, 4, 1, 12, 2, true},
-      {PixelMode::Colors65536, ScanDirection::td, false, 3, 5, 7, 9, true},
-      {PixelMode::Monochrome, ScanDirection::tr, true, 3, 0, 21, 10, true},
-  };
-  for (const auto& row : rows) {
-    Fixture f(row.mode);
-    f.Direction(row.direction);
-    f.state.settings.display.NOMAT = row.nomat;
-    EXPECT_EQ(PageButtonClick(f.state, f.ts.services, row.x1, row.y1, row.x2, row.y2), row.fits);
-    if (row.fits) {
-      EXPECT_TRUE(f.ts.dialogs.shown.isEmpty());
-    } else {
-      ASSERT_EQ(f.ts.dialogs.shown.size(), 1);
-      EXPECT_EQ(f.ts.dialogs.shown[0].text,
-                QStringLiteral(" Area does not fit in the paging scheme! Please select again with "
-                               "displayed paging grid ! "));
-      EXPECT_EQ(f.ts.dialogs.shown[0].caption, QStringLiteral("Error !"));
-    }
+  const std::tuple<M, D, int, int, int, int, bool> rows[] = {
+      {M::Monochrome, D::tr, 8, 3, 24, 10, true},   {M::Monochrome, D::tr, 3, 0, 24, 10, false},
+      {M::Monochrome, D::tla, 8, 0, 20, 10, false}, {M::Monochrome, D::td, 3, 8, 21, 16, true},
+      {M::Monochrome, D::tua, 0, 8, 10, 12, false}, {M::Gray4, D::tr, 4, 1, 12, 2, true},
+      {M::Colors65536, D::td, 3, 5, 7, 9, true}};
+  const QString refusal = QStringLiteral(
+      " Area does not fit in the paging scheme! Please select again with displayed paging grid ! ");
+  for (const auto& [mode, direction, x1, y1, x2, y2, fits] : rows) {
+    Fixture f(mode, direction);
+    EXPECT_EQ(PageButtonClick(f.state, f.ts.services, x1, y1, x2, y2), fits);
+    EXPECT_EQ(f.ts.dialogs.Texts(), fits ? QStringList{} : QStringList{refusal});
+    for (const auto& shown : f.ts.dialogs.shown) EXPECT_EQ(shown.caption, "Error !");
   }
+  Fixture nomat(M::Monochrome, D::tr, 128, 64, true);
+  EXPECT_TRUE(PageButtonClick(nomat.state, nomat.ts.services, 3, 0, 21, 10));
 }
 
 }  // namespace
