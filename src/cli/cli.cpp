@@ -2,10 +2,13 @@
 #include "cli/cli.h"
 
 #include <QFileInfo>
+#include <QImageReader>
 #include <QRegularExpression>
 
 #include "app/configuration.h"
 #include "app/state.h"
+#include "convert/data_text.h"
+#include "convert/export_driver.h"
 #include "platform/clock.h"
 #include "platform/console/console_dialogs.h"
 #include "platform/folders.h"
@@ -73,12 +76,92 @@ QString DynamicSection(const QString& key) {
   return {};
 }
 
+/// The settings file as a document; empty when it cannot be read or parsed.
+settings::IniDocument ReadDocument(const QString& path) {
+  QFile file(path);
+  if (!file.open(QIODevice::ReadOnly)) return {};
+  auto parsed = settings::IniDocument::Parse(file.read(settings::IniDocument::kMaxBytes + 1));
+  return parsed ? parsed.value() : settings::IniDocument();
+}
+
+/// Writes KEY=VALUE assignments into `doc` as the file would hold them. kExitUsage, after
+/// telling why, when one cannot be placed; a number key given a non-number only warns.
+int ApplyAssignments(const QStringList& assignments, settings::IniDocument& doc, QTextStream& err) {
+  for (const QString& text : assignments) {
+    const qsizetype eq = text.indexOf(QLatin1Char('='));
+    if (eq <= 0) {
+      err << "vantorelle-cli: expected KEY=VALUE, got '" << text << "'\n";
+      return kExitUsage;
+    }
+    const KeyName name = SplitKeyName(text.left(eq));
+    const QString value = text.mid(eq + 1);
+    if (const settings::KeyRow* row = FindRow(name)) {
+      if (row->type != settings::ValueType::String && !settings::ParseIniInteger(value)) {
+        err << "vantorelle-cli: warning: " << row->WriteKey().trimmed() << " holds a number; '"
+            << value << "' will read as its default\n";
+      }
+      doc.SetValue(row->WriteSection(), row->WriteKey(), value);
+    } else if (const QString dynamic = DynamicSection(name.key); !dynamic.isEmpty()) {
+      doc.SetValue(dynamic, name.key, value);
+    } else if (!name.section.isEmpty()) {
+      doc.SetValue(name.section, name.key, value);
+    } else {
+      err << "vantorelle-cli: unknown key " << name.key
+          << "; name its section (SECTION.KEY) to add a key of your own\n";
+      return kExitUsage;
+    }
+  }
+  return kExitOk;
+}
+
+/// Selects the pixel mode called `name` with all its checks; a mode already active stays.
+int ApplyMode(app::AppState& state, app::Services& services, const QString& name,
+              QTextStream& err) {
+  const auto mode = settings::PixelModeFromName(name);
+  if (!mode) {
+    err << "vantorelle-cli: unknown mode '" << name << "'; see --help for the names\n";
+    return kExitUsage;
+  }
+  if (settings::CurrentPixelMode(state.settings) == mode) return kExitOk;
+  return settings::SelectPixelMode(state, services, *mode) ? kExitOk : kExitRefused;
+}
+
+/// Selects the data direction of key `key` with its size check.
+int ApplyDirection(app::AppState& state, app::Services& services, const QString& key,
+                   QTextStream& err) {
+  for (const settings::ScanDirectionInfo& info : settings::ScanDirectionTable()) {
+    if (SameName(info.key, key)) {
+      return settings::SelectScanDirection(state, services, info.direction) ? kExitOk
+                                                                            : kExitRefused;
+    }
+  }
+  err << "vantorelle-cli: unknown direction '" << key
+      << "'; one of tr, tl, tra, tla, td, tda, tu, tua\n";
+  return kExitUsage;
+}
+
+/// Selects the origin corner numbered `number` (1 to 4).
+int ApplyCorner(app::AppState& state, const QString& number, QTextStream& err) {
+  bool ok = false;
+  const int n = number.toInt(&ok);
+  if (!ok || n < 1 || n > 4) {
+    err << "vantorelle-cli: corner is 1 (top left), 2 (top right), 3 (bottom right) or 4 "
+           "(bottom left), not '"
+        << number << "'\n";
+    return kExitUsage;
+  }
+  settings::SelectOriginCorner(state, static_cast<settings::OriginCorner>(n - 1));
+  return kExitOk;
+}
+
 /// One run of the tool: the state, the headless services, and the streams.
 class Session {
  public:
   Session(QTextStream& out, QTextStream& err, platform::Folders& folders,
           platform::FileUse& fileUse)
-      : out_(out), err_(err), dialogs_(err),
+      : out_(out),
+        err_(err),
+        dialogs_(err),
         services_{dialogs_, folders, fileUse, escape_, clock_} {}
 
   /// Makes `path` the settings file and loads it; a missing file is created with the factory
@@ -92,15 +175,19 @@ class Session {
 
   int Get(const QStringList& names);
   int Set(const QStringList& assignments);
-  int Mode(const QString& name);
-  int Direction(const QString& key);
-  int Corner(const QString& number);
+  int Mode(const QString& name) { return SavedIfOk(ApplyMode(state_, services_, name, err_)); }
+  int Direction(const QString& key) {
+    return SavedIfOk(ApplyDirection(state_, services_, key, err_));
+  }
+  int Corner(const QString& number) { return SavedIfOk(ApplyCorner(state_, number, err_)); }
   int Size(const QString& text);
 
-  QTextStream& err() { return err_; }
+  app::AppState& state() { return state_; }
+  app::Services& services() { return services_; }
 
  private:
   int SaveOrFail() { return Save() ? kExitOk : kExitRefused; }
+  int SavedIfOk(int status) { return status == kExitOk ? SaveOrFail() : status; }
 
   QTextStream& out_;
   QTextStream& err_;
@@ -110,13 +197,6 @@ class Session {
   app::Services services_;
   app::AppState state_;
 };
-
-settings::IniDocument ReadDocument(const QString& path) {
-  QFile file(path);
-  if (!file.open(QIODevice::ReadOnly)) return {};
-  auto parsed = settings::IniDocument::Parse(file.read(settings::IniDocument::kMaxBytes + 1));
-  return parsed ? parsed.value() : settings::IniDocument();
-}
 
 int Session::Get(const QStringList& names) {
   int status = kExitOk;
@@ -157,29 +237,8 @@ int Session::Get(const QStringList& names) {
 
 int Session::Set(const QStringList& assignments) {
   settings::IniDocument doc = ReadDocument(state_.files.SettingsFile);
-  for (const QString& text : assignments) {
-    const qsizetype eq = text.indexOf(QLatin1Char('='));
-    if (eq <= 0) {
-      err_ << "vantorelle-cli: expected KEY=VALUE, got '" << text << "'\n";
-      return kExitUsage;
-    }
-    const KeyName name = SplitKeyName(text.left(eq));
-    const QString value = text.mid(eq + 1);
-    if (const settings::KeyRow* row = FindRow(name)) {
-      if (row->type != settings::ValueType::String && !settings::ParseIniInteger(value)) {
-        err_ << "vantorelle-cli: warning: " << row->WriteKey().trimmed()
-             << " holds a number; '" << value << "' will read as its default\n";
-      }
-      doc.SetValue(row->WriteSection(), row->WriteKey(), value);
-    } else if (const QString dynamic = DynamicSection(name.key); !dynamic.isEmpty()) {
-      doc.SetValue(dynamic, name.key, value);
-    } else if (!name.section.isEmpty()) {
-      doc.SetValue(name.section, name.key, value);
-    } else {
-      err_ << "vantorelle-cli: unknown key " << name.key
-           << "; name its section (SECTION.KEY) to add a key of your own\n";
-      return kExitUsage;
-    }
+  if (const int status = ApplyAssignments(assignments, doc, err_); status != kExitOk) {
+    return status;
   }
   // Write the raw keys, then load and save so the file holds what a load of it sees.
   if (auto written = WriteFileAtomically(state_.files.SettingsFile, doc.Serialize()); !written) {
@@ -187,42 +246,6 @@ int Session::Set(const QStringList& assignments) {
     return kExitRefused;
   }
   if (!Load(state_.files.SettingsFile)) return kExitRefused;
-  return SaveOrFail();
-}
-
-int Session::Mode(const QString& name) {
-  const auto mode = settings::PixelModeFromName(name);
-  if (!mode) {
-    err_ << "vantorelle-cli: unknown mode '" << name << "'; see --help for the names\n";
-    return kExitUsage;
-  }
-  if (settings::CurrentPixelMode(state_.settings) == mode) return SaveOrFail();
-  if (!settings::SelectPixelMode(state_, services_, *mode)) return kExitRefused;
-  return SaveOrFail();
-}
-
-int Session::Direction(const QString& key) {
-  for (const settings::ScanDirectionInfo& info : settings::ScanDirectionTable()) {
-    if (SameName(info.key, key)) {
-      if (!settings::SelectScanDirection(state_, services_, info.direction)) return kExitRefused;
-      return SaveOrFail();
-    }
-  }
-  err_ << "vantorelle-cli: unknown direction '" << key
-       << "'; one of tr, tl, tra, tla, td, tda, tu, tua\n";
-  return kExitUsage;
-}
-
-int Session::Corner(const QString& number) {
-  bool ok = false;
-  const int n = number.toInt(&ok);
-  if (!ok || n < 1 || n > 4) {
-    err_ << "vantorelle-cli: corner is 1 (top left), 2 (top right), 3 (bottom right) or 4 "
-            "(bottom left), not '"
-         << number << "'\n";
-    return kExitUsage;
-  }
-  settings::SelectOriginCorner(state_, static_cast<settings::OriginCorner>(n - 1));
   return SaveOrFail();
 }
 
@@ -264,9 +287,9 @@ int RunSettings(QStringList args, Session& session, QTextStream& err) {
     return kExitUsage;
   }
   const QString command = args.takeFirst();
-  static const QStringList known = {QStringLiteral("get"),       QStringLiteral("set"),
-                                    QStringLiteral("mode"),      QStringLiteral("direction"),
-                                    QStringLiteral("corner"),    QStringLiteral("size")};
+  static const QStringList known = {QStringLiteral("get"),    QStringLiteral("set"),
+                                    QStringLiteral("mode"),   QStringLiteral("direction"),
+                                    QStringLiteral("corner"), QStringLiteral("size")};
   if (!known.contains(command)) {
     err << "vantorelle-cli: unknown settings command '" << command << "'\n";
     return kExitUsage;
@@ -286,13 +309,198 @@ int RunSettings(QStringList args, Session& session, QTextStream& err) {
   return session.Size(args[0]);
 }
 
+/// The options of the export command.
+struct ExportOptions {
+  QString image;
+  QString settingsFile;  ///< empty: the active project of the desktop program
+  QString mode;
+  QString direction;
+  QString corner;
+  QStringList assignments;
+  QString output;  ///< empty: OFP under the output name
+};
+
+/// Parses the export command's arguments; kExitUsage after telling why.
+int ParseExportOptions(const QStringList& args, ExportOptions& options, QTextStream& err) {
+  for (qsizetype i = 0; i < args.size(); ++i) {
+    const QString& arg = args[i];
+    QString* slot = nullptr;
+    if (arg == QStringLiteral("--settings"))
+      slot = &options.settingsFile;
+    else if (arg == QStringLiteral("--mode"))
+      slot = &options.mode;
+    else if (arg == QStringLiteral("--direction"))
+      slot = &options.direction;
+    else if (arg == QStringLiteral("--corner"))
+      slot = &options.corner;
+    else if (arg == QStringLiteral("-o") || arg == QStringLiteral("--output"))
+      slot = &options.output;
+    if (slot != nullptr || arg == QStringLiteral("--set")) {
+      if (i + 1 >= args.size()) {
+        err << "vantorelle-cli: " << arg << " needs a value\n";
+        return kExitUsage;
+      }
+      if (slot != nullptr) {
+        *slot = args[++i];
+      } else {
+        options.assignments << args[++i];
+      }
+    } else if (arg.startsWith(QLatin1Char('-')) || !options.image.isEmpty()) {
+      err << "vantorelle-cli: unexpected argument '" << arg << "' for export\n";
+      return kExitUsage;
+    } else {
+      options.image = arg;
+    }
+  }
+  if (options.image.isEmpty()) {
+    err << "vantorelle-cli: usage: vantorelle-cli export IMAGE [--settings FILE] [--mode NAME] "
+           "[--direction KEY] [--corner N] [--set KEY=VALUE]... [-o OUTPUT]\n";
+    return kExitUsage;
+  }
+  return kExitOk;
+}
+
+/// The picture of `path` in 32-bit form, or an error naming the file. The size is checked
+/// from the file's header before any pixel is decoded.
+Result<QImage> ReadPicture(const QString& path) {
+  auto failed = [&path](Error::Kind kind, const QString& message) {
+    return Error{kind, path, 0, 0, message};
+  };
+  if (!QFileInfo(path).isFile()) return failed(Error::Kind::Io, QStringLiteral("no such file"));
+  QImageReader reader(path);
+  const QString tooLarge =
+      QStringLiteral("the picture is %1x%2 pixels; a display is at most %3x%4");
+  const QSize declared = reader.size();
+  if (declared.isValid() && (declared.width() > settings::kMaxUserWidth ||
+                             declared.height() > settings::kMaxUserHeight)) {
+    return failed(Error::Kind::Limit, tooLarge.arg(declared.width())
+                                          .arg(declared.height())
+                                          .arg(settings::kMaxUserWidth)
+                                          .arg(settings::kMaxUserHeight));
+  }
+  QImage image = reader.read();
+  if (image.isNull()) {
+    return failed(Error::Kind::Parse,
+                  QStringLiteral("not a picture that can be read: ") + reader.errorString());
+  }
+  if (image.width() > settings::kMaxUserWidth || image.height() > settings::kMaxUserHeight) {
+    return failed(Error::Kind::Limit, tooLarge.arg(image.width())
+                                          .arg(image.height())
+                                          .arg(settings::kMaxUserWidth)
+                                          .arg(settings::kMaxUserHeight));
+  }
+  return image.convertToFormat(QImage::Format_RGB32);
+}
+
+bool HoldsOnlyBlackAndWhite(const QImage& image) {
+  for (int y = 0; y < image.height(); ++y) {
+    const QRgb* row = reinterpret_cast<const QRgb*>(image.constScanLine(y));
+    for (int x = 0; x < image.width(); ++x) {
+      const QRgb v = row[x] & 0x00FFFFFFu;
+      if (v != 0 && v != 0x00FFFFFFu) return false;
+    }
+  }
+  return true;
+}
+
+/// What the command line cannot export yet, with the reason; empty when the export may run.
+/// Compression is named only where the driver would run it: its own refusals come first.
+QString UnavailableExport(const settings::Settings& s) {
+  const auto mode = settings::CurrentPixelMode(s);
+  if (mode && !settings::IsMonochromeMode(*mode)) {
+    return QStringLiteral("only the monochrome modes can be exported for now, not ") +
+           settings::PixelModeName(*mode);
+  }
+  if (convert::DataTargetOf(s.width) != convert::DataTarget::Text) {
+    return QStringLiteral("binary and Intel Hex output cannot be exported for now");
+  }
+  if (s.pixel.ccomp && s.width.D8bc && !s.block.ColRx && s.pixel.bw8) {
+    return QStringLiteral("data compression cannot be exported for now (set ccomp=0)");
+  }
+  return {};
+}
+
 }  // namespace
+
+int RunExport(const QStringList& args, app::AppState& state, app::Services& services,
+              QTextStream& out, QTextStream& err) {
+  ExportOptions options;
+  if (const int status = ParseExportOptions(args, options, err); status != kExitOk) return status;
+
+  if (options.settingsFile.isEmpty()) {
+    app::LoadFolders(state, services);
+  } else {
+    state.files.SettingsFile = QFileInfo(options.settingsFile).absoluteFilePath();
+    state.files.InitFolder = QFileInfo(options.settingsFile).absolutePath() + QLatin1Char('/');
+  }
+  if (!app::LoadConfigurationX(state, services)) return kExitRefused;
+
+  const Result<QImage> picture = ReadPicture(options.image);
+  if (!picture) {
+    err << "vantorelle-cli: " << picture.error().ToString() << '\n';
+    return kExitRefused;
+  }
+  const QImage& image = picture.value();
+  // The display takes the picture's size first, so that the direction checks measure it.
+  settings::SetDisplaySize(state, image.width(), image.height());
+
+  int status = kExitOk;
+  if (!options.mode.isEmpty()) status = ApplyMode(state, services, options.mode, err);
+  if (status == kExitOk && !options.direction.isEmpty()) {
+    status = ApplyDirection(state, services, options.direction, err);
+  }
+  if (status == kExitOk && !options.corner.isEmpty()) {
+    status = ApplyCorner(state, options.corner, err);
+  }
+  if (status == kExitOk && !options.assignments.isEmpty()) {
+    // As the settings command does, but on a copy of the file that is never written back.
+    settings::IniDocument doc = ReadDocument(state.files.SettingsFile);
+    settings::WriteSettings(state.settings, doc);
+    status = ApplyAssignments(options.assignments, doc, err);
+    if (status == kExitOk) {
+      settings::ReadSettings(doc, state.settings, app::FirstRunFolders(services.folders));
+      settings::ReselectStoredPixelMode(state, services);
+      settings::SetDisplaySize(state, image.width(), image.height());
+    }
+  }
+  if (status != kExitOk) return status;
+
+  if (const QString reason = UnavailableExport(state.settings); !reason.isEmpty()) {
+    err << "vantorelle-cli: " << reason << '\n';
+    return kExitRefused;
+  }
+  if (!HoldsOnlyBlackAndWhite(image)) {
+    err << "vantorelle-cli: " << options.image
+        << " holds colours other than black and white; monochrome export takes black and "
+           "white pictures only for now\n";
+    return kExitRefused;
+  }
+  for (int y = 0; y < image.height(); ++y) {
+    const QRgb* row = reinterpret_cast<const QRgb*>(image.constScanLine(y));
+    for (int x = 0; x < image.width(); ++x) {
+      state.canvas.SetPixel(x, y, (row[x] & 0x00FFFFFFu) == 0 ? canvas::kBlack : canvas::kWhite);
+    }
+  }
+  state.settings.output.nbmfn = QFileInfo(options.image).fileName();
+
+  convert::ExportRequest request = convert::FillExportDialog(state).request;
+  request.saveAlways = true;
+  if (!options.output.isEmpty()) request.savePath = QFileInfo(options.output).absoluteFilePath();
+  const convert::ExportResult result =
+      convert::EncodeButtonClick(state, services, request, /*confirmed=*/true);
+  if (result.status != convert::ExportStatus::Written || result.savedPath.isEmpty()) {
+    return kExitRefused;
+  }
+  out << result.savedPath << '\n';
+  return kExitOk;
+}
 
 QString HelpText() {
   QString modes;
   for (const settings::PixelModeInfo& info : settings::PixelModeTable()) {
     const QString name = settings::PixelModeName(info.mode);
-    if (!name.isEmpty() && !modes.contains(name + QLatin1Char(','))) modes += name + QStringLiteral(", ");
+    if (!name.isEmpty() && !modes.contains(name + QLatin1Char(',')))
+      modes += name + QStringLiteral(", ");
   }
   modes.chop(2);
   return QStringLiteral(
@@ -310,21 +518,32 @@ QString HelpText() {
              "      Select a pixel mode with all its checks. NAME is one of:\n"
              "      %1.\n"
              "  settings --settings FILE direction KEY\n"
-             "      Select a data direction with its size check: tr, tl, tra, tla, td, tda, tu, tua.\n"
+             "      Select a data direction with its size check: tr, tl, tra, tla, td, tda, tu, "
+             "tua.\n"
              "  settings --settings FILE corner N\n"
              "      Select the origin corner: 1 top left, 2 top right, 3 bottom right,\n"
              "      4 bottom left.\n"
              "  settings --settings FILE size WxH\n"
              "      Select a display size: a preset, or a user size of at most 1024x768.\n"
+             "  export IMAGE [--settings FILE] [--mode NAME] [--direction KEY] [--corner N]\n"
+             "         [--set KEY=VALUE]... [-o OUTPUT]\n"
+             "      Export the picture as a data array, as \"Export Work Canvas to Data\" does.\n"
+             "      The display takes the picture's size; --mode, --direction, --corner and\n"
+             "      --set (in that order, with the checks above) apply to this export only.\n"
+             "      Without --settings the desktop program's active project is used. The\n"
+             "      array is named after IMAGE and written to OUTPUT, or to the output\n"
+             "      folder (OFP) under the output name; the path written is printed. For now\n"
+             "      monochrome text output of black-and-white pictures only.\n"
              "\n"
              "A missing FILE is created with the factory settings. Messages go to standard\n"
              "error; a refused change exits with status 1 and leaves FILE as it was, a usage\n"
-             "error with status 2.\n")
+             "error with status 2. An export stopped by a message or an unreadable picture\n"
+             "exits with status 1 and writes nothing.\n")
       .arg(modes);
 }
 
-int RunCli(const QStringList& args, QTextStream& out, QTextStream& err,
-           platform::Folders& folders, platform::FileUse& fileUse) {
+int RunCli(const QStringList& args, QTextStream& out, QTextStream& err, platform::Folders& folders,
+           platform::FileUse& fileUse) {
   if (args.isEmpty() || args[0] == QStringLiteral("--help") || args[0] == QStringLiteral("-h") ||
       args[0] == QStringLiteral("help")) {
     out << HelpText();
@@ -332,6 +551,9 @@ int RunCli(const QStringList& args, QTextStream& out, QTextStream& err,
   }
   Session session(out, err, folders, fileUse);
   if (args[0] == QStringLiteral("settings")) return RunSettings(args.mid(1), session, err);
+  if (args[0] == QStringLiteral("export")) {
+    return RunExport(args.mid(1), session.state(), session.services(), out, err);
+  }
   err << "vantorelle-cli: unknown command '" << args[0] << "'; try --help\n";
   return kExitUsage;
 }

@@ -1,0 +1,658 @@
+// SPDX-License-Identifier: MIT
+#include "convert/export_driver.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QLocale>
+#include <cmath>
+#include <cstring>
+#include <optional>
+
+#include "app/messages.h"
+#include "app/output_naming.h"
+#include "app/state.h"
+#include "convert/array_writer.h"
+#include "convert/constant_format.h"
+#include "convert/data_text.h"
+#include "platform/clock.h"
+#include "settings/geometry.h"
+#include "settings/pixel_modes.h"
+
+namespace vt::convert {
+namespace {
+
+namespace Answer = platform::Answer;
+using platform::DialogType;
+namespace Buttons = platform::Buttons;
+
+/// A notice with one Ok button.
+void Tell(app::AppState& state, app::Services& services, const QString& text,
+          const QString& caption, DialogType type) {
+  app::MessageDlgA(state, services.dialogs, text, caption, 0, Buttons::Ok, type);
+}
+
+bool IsTextTarget(const settings::Settings& s) { return DataTargetOf(s.width) == DataTarget::Text; }
+
+bool IsMonochrome(const settings::Settings& s) {
+  const auto mode = settings::CurrentPixelMode(s);
+  return !mode || settings::IsMonochromeMode(*mode);
+}
+
+double RunPixelsPerByte(const settings::Settings& s) {
+  return s.display.NOMAT ? 1.0 : settings::PixelsPerByte(s);
+}
+
+WordWidthChoice WordWidthOf(const settings::OutputWidthSettings& w) {
+  if (w.DHec) return WordWidthChoice::Binary;
+  if (w.DIHec) return WordWidthChoice::IntelHex;
+  if (w.D32bc) return WordWidthChoice::Bits32;
+  if (w.D16bc) return WordWidthChoice::Bits16;
+  return WordWidthChoice::Bits8;
+}
+
+void ApplyWordWidth(settings::OutputWidthSettings& w, WordWidthChoice choice) {
+  w = settings::OutputWidthSettings{false, false, false, false, false};
+  switch (choice) {
+    case WordWidthChoice::Bits8:
+      w.D8bc = true;
+      break;
+    case WordWidthChoice::Bits16:
+      w.D16bc = true;
+      break;
+    case WordWidthChoice::Bits32:
+      w.D32bc = true;
+      break;
+    case WordWidthChoice::IntelHex:
+      w.DIHec = true;
+      break;
+    case WordWidthChoice::Binary:
+      w.DHec = true;
+      break;
+  }
+}
+
+void SetDirection(settings::ScanSettings& scan, settings::ScanDirection direction) {
+  using settings::ScanDirection;
+  scan.tr = direction == ScanDirection::tr;
+  scan.tra = direction == ScanDirection::tra;
+  scan.tl = direction == ScanDirection::tl;
+  scan.tla = direction == ScanDirection::tla;
+  scan.td = direction == ScanDirection::td;
+  scan.tda = direction == ScanDirection::tda;
+  scan.tu = direction == ScanDirection::tu;
+  scan.tua = direction == ScanDirection::tua;
+}
+
+canvas::Color ColorOf(QRgb v) {
+  return canvas::Color(qRed(v)) | (canvas::Color(qGreen(v)) << 8) | (canvas::Color(qBlue(v)) << 16);
+}
+
+/// Puts `image` (of the canvas's size) onto the canvas, pixel by pixel where they differ, so
+/// that the canvas ends up exactly as `image`.
+void PaintOntoCanvas(canvas::WorkCanvas& canvas, const QImage& image) {
+  if (canvas.Width() != image.width() || canvas.Height() != image.height()) {
+    canvas.Resize(image.width(), image.height());
+  }
+  const QImage& current = canvas.Bitmap();
+  for (int y = 0; y < image.height(); ++y) {
+    const QRgb* want = reinterpret_cast<const QRgb*>(image.constScanLine(y));
+    const QRgb* have = reinterpret_cast<const QRgb*>(current.constScanLine(y));
+    for (int x = 0; x < image.width(); ++x) {
+      if ((want[x] & 0x00FFFFFFu) != (have[x] & 0x00FFFFFFu)) {
+        canvas.SetPixel(x, y, ColorOf(want[x]));
+      }
+    }
+  }
+}
+
+QString DateText(const platform::Clock& clock) {
+  return QLocale::c().toString(clock.Now(), QStringLiteral("dd/MM/yyyy HH:mm:ss"));
+}
+
+ExportResult ResultOf(const ExportRun& run, ExportStatus status) {
+  ExportResult result;
+  result.status = status;
+  result.OutputFileName = run.OutputFileName;
+  result.ArrayName = run.ArrayName;
+  result.DataByteCount = run.DataByteCount;
+  result.area = run.area;
+  return result;
+}
+
+ExportResult Ended(ExportStatus status) {
+  ExportResult result;
+  result.status = status;
+  return result;
+}
+
+// The branches of the later conversions. Each marks where its Part joins the run and does
+// nothing yet.
+
+/// Colour reduction of the canvas to the palette of the mode, and the application's colour
+/// table for 256 colours with more than 236 colours on the canvas.
+void ReduceCanvasColors(app::AppState&, const ExportRun&) {}
+/// The floating layer goes onto the canvas; the canvas model will hold it.
+void PasteFloatingSelection(ExportRun& run) { run.selection.SelectionPasted = true; }
+/// The search and replace grid over the main editor (asrg, text output only).
+void RunSearchReplaceGrid(app::AppState&, const ExportRun&) {}
+/// Intel Hex: the last partial record and ":00000001FF"; binary: the size in the status.
+void FinishByteTarget(app::AppState&, const ExportRun&) {}
+/// The text post-processing batch (Autop) and its notice.
+void RunPostProcessing(app::AppState&, app::Services&, const ExportRun&) {}
+/// The export report document.
+void WriteExportReport(app::AppState&, const ExportRun&) {}
+/// The frame loop of an animation and its clip file.
+bool ExportAnimationFrames(app::AppState&, app::Services&, ExportRun&) { return false; }
+
+/// Saves the editor where the run asks: the request's path, or OFP + "/" + OutputFileName.
+/// Returns the path written, or empty after telling of a failure.
+QString SaveEditorText(app::AppState& state, app::Services& services, const ExportRun& run) {
+  const QString path = run.request.savePath.isEmpty()
+                           ? state.settings.folder.OFP + QLatin1Char('/') + run.OutputFileName
+                           : run.request.savePath;
+  QDir().mkpath(QFileInfo(path).absolutePath());
+  const Result<bool> saved = state.text.SaveToFile(path, state.settings.output.crlf);
+  if (!saved) {
+    state.log.HandledExcept(QStringLiteral("Save exported data"));
+    Tell(state, services, saved.error().ToString(), QStringLiteral("Error"), DialogType::Error);
+    return {};
+  }
+  state.log.StatusBarAndLog(QStringLiteral("Data saved to ") + path);
+  return path;
+}
+
+}  // namespace
+
+ExportDialogSetup FillExportDialog(const app::AppState& state, ExportRequest previous) {
+  const settings::Settings& s = state.settings;
+  ExportDialogSetup setup;
+  ExportRequest& r = setup.request;
+  r = std::move(previous);
+  if (!settings::IsHorizontalScan(s) &&
+      (r.AreaChoice == kAreaUpperHalf || r.AreaChoice == kAreaLowerHalf)) {
+    r.AreaChoice = kAreaFull;
+  }
+  setup.postProcessingNote = s.post.Autop ? QStringLiteral(" Text Post-Processing is active !")
+                                          : QStringLiteral(" ( Without Text Post-Processing )");
+  setup.activeBatch = QStringLiteral("Active Batch = ") + s.post.pprof;
+  const bool textTarget = IsTextTarget(s);
+  setup.compressionEnabled = IsMonochrome(s) && textTarget;
+  setup.postProcessingEnabled = textTarget;
+  r.Rearrange = s.pixel.dore;
+  r.RunSearchReplace = s.post.asrg;
+  r.Compression = s.pixel.ccomp && setup.compressionEnabled;
+  r.RunPostProcess = s.post.Autop && setup.postProcessingEnabled;
+  setup.compressionLabel =
+      r.Compression ? QStringLiteral("DATA COMPRESSION IS ACTIVE !") : QString();
+  if (r.SubdivisionNumber == 0 && !r.subdivisions.isEmpty()) r.SubdivisionNumber = 1;
+  setup.intelHexGroupEnabled = s.width.DIHec;
+  r.WordWidth = WordWidthOf(s.width);
+  r.AutoFraming = s.block.AFF;
+  setup.areaLocked = s.block.AFF;
+  if (setup.areaLocked) r.AreaChoice = kAreaFull;
+  if (r.AddressDigits != 6 && r.AddressDigits != 8) r.AddressDigits = 4;
+  r.AddressOffset = QString(r.AddressDigits, QLatin1Char('0'));
+  return setup;
+}
+
+void ResetSpecialSettings(ExportRequest& request) {
+  request.Compression = false;
+  request.Rearrange = false;
+  request.Interleaved = false;
+  request.AutoFraming = false;
+  request.AreaChoice = kAreaFull;
+  request.RunSearchReplace = false;
+  request.RunPostProcess = false;
+}
+
+ExportResult EncodeButtonClick(app::AppState& state, app::Services& services, ExportRequest request,
+                               bool confirmed) {
+  state.log.StatusBarAndLog(QStringLiteral("Export Work Canvas to Data"));
+  state.log.Laction = QStringLiteral("EncodeButtonClick");
+  settings::Settings& s = state.settings;
+
+  // Font creation owns the canvas; font and touch scripts convert themselves.
+  if (state.modes.EditableFontActive || state.modes.SegmentedFontActive) {
+    Tell(
+        state, services,
+        QStringLiteral(" A Font creation mode is still active ! Plase quit/exit this mode first !"),
+        QStringLiteral("Font creation active"), DialogType::Warning);
+    return Ended(ExportStatus::Stopped);
+  }
+  if (state.modes.FontScriptActive || state.modes.TouchScriptActive) {
+    return Ended(ExportStatus::Diverted);
+  }
+
+  // The data of the last export has not been saved.
+  if (state.text.Modified()) {
+    const int answer = app::MyMessageDialog(
+        state, services.dialogs,
+        QStringLiteral("Data in Text Editor has not been saved to File ! \rOverwrite if not "
+                       "Willing to Save\r< See File Explorer Window"),
+        DialogType::Warning, 1, {QStringLiteral("Abort + Save"), QStringLiteral("Overwrite")},
+        Buttons::Ok | Buttons::Cancel);
+    if (answer != Answer::Cancel) return Ended(ExportStatus::Stopped);
+    state.text.Clear();
+  }
+
+  // The byte targets take neither runs nor frames.
+  const bool byteTarget = !IsTextTarget(s);
+  if (byteTarget && (s.pixel.ccomp || state.modes.AnimationActive)) {
+    Tell(state, services,
+         QStringLiteral("Hex or Binay file data output is not available for animations or data "
+                        "compression ! \rDisable Data Compression or choose 8/16/32 bits output"),
+         QStringLiteral("Error "), DialogType::Error);
+    return Ended(ExportStatus::Stopped);
+  }
+
+  // The editor tab of the target (the hex tab, cleared, for binary) is the window's.
+
+  // The limits of the dialog: what cannot run here is switched off, key and box.
+  if (!IsMonochrome(s) || byteTarget) {
+    s.pixel.ccomp = false;
+    request.Compression = false;
+  }
+  if (byteTarget) {
+    s.post.Autop = false;
+    request.RunPostProcess = false;
+  }
+  if (request.AutoFraming) request.AreaChoice = kAreaFull;
+
+  // The dialog's stored position.
+  if (s.layout.EXLE == 0) {
+    s.layout.EXLE = 100;
+    s.layout.EXTO = 50;
+  }
+
+  // The dialog's answer and its own checks; its boxes go to their keys.
+  if (!confirmed) return Ended(ExportStatus::Cancelled);
+  if ((request.AreaChoice == kAreaUpperHalf || request.AreaChoice == kAreaLowerHalf) &&
+      (!settings::IsHorizontalScan(s) || (s.scan.tra && state.modes.AnimationActive))) {
+    Tell(state, services,
+         QStringLiteral("Upper and lower Display half data only \rin Horizontal Data Direction "
+                        "Scheme ! \rand not in animation mode"),
+         QString(), DialogType::Warning);
+    request.AreaChoice = kAreaFull;
+  }
+  if (request.AreaChoice == kAreaSubdivision && request.subdivisions.isEmpty()) {
+    Tell(state, services, QStringLiteral("No Work Canvas Subdivision defined \r \r "),
+         QStringLiteral("Export Subdivision Error"), DialogType::Error);
+    request.AreaChoice = kAreaFull;
+  }
+  if (request.explorerFileEditing) {
+    Tell(state, services,
+         QStringLiteral(" Please first Save File or Cancel in File Explorer Window \r "),
+         QStringLiteral("File not saved"), DialogType::Warning);
+    return Ended(ExportStatus::Cancelled);
+  }
+  if (WordWidthOf(s.width) != request.WordWidth) {
+    ApplyWordWidth(s.width, request.WordWidth);
+    if (!IsTextTarget(s)) {
+      request.Compression = false;
+      request.RunPostProcess = false;
+    }
+  }
+  s.block.AFF = request.AutoFraming;
+  s.pixel.ccomp = request.Compression;
+  s.pixel.dore = request.Rearrange;
+  s.post.asrg = request.RunSearchReplace;
+  s.post.Autop = request.RunPostProcess;
+
+  // The area selector, and the Intel Hex offset on a 16-byte boundary.
+  if (request.AreaChoice == kAreaSelected && !request.selection.SelectionActive) {
+    return Ended(ExportStatus::SelectArea);
+  }
+  bool offsetOk = false;
+  const qulonglong offset = request.AddressOffset.trimmed().toULongLong(&offsetOk, 16);
+  if (offsetOk) {
+    request.AddressOffset =
+        QStringLiteral("%1")
+            .arg(offset & ~qulonglong(15), request.AddressDigits, 16, QLatin1Char('0'))
+            .toUpper();
+  }
+
+  if (request.AreaChoice == kAreaSubdivision) {
+    const int n = request.SubdivisionNumber;
+    if (n < 1 || n > request.subdivisions.size()) {
+      Tell(state, services, QStringLiteral(" No Work Canvas Subdivision Has Been Selected ! \r  "),
+           QStringLiteral("Subdivision Selection Error"), DialogType::Error);
+      return Ended(ExportStatus::Stopped);
+    }
+    const AreaBounds& b = request.subdivisions[n - 1];
+    request.selection = CanvasSelection{b.left, b.top, b.right, b.bottom, true, true, true};
+  }
+  return TranslateCanvas(state, services, request);
+}
+
+ExportResult TranslateCanvas(app::AppState& state, app::Services& services,
+                             const ExportRequest& request) {
+  state.log.Laction = QStringLiteral("TranslateCanvas");
+  settings::Settings& stored = state.settings;
+  const settings::PixelModeSettings& p = stored.pixel;
+  const settings::ScanSettings& scan = stored.scan;
+  ExportRun run;
+  run.request = request;
+  run.selection = request.selection;
+
+  if (p.ccomp && (stored.width.D16bc || stored.width.D32bc)) {
+    Tell(state, services,
+         QStringLiteral("Sorry, Data compression only works in the 8 bit output mode !"),
+         QStringLiteral("Info"), DialogType::Information);
+    return Ended(ExportStatus::Stopped);
+  }
+  // The output name from the artwork name, cleared of what no array name may hold. (The
+  // cursor of each walk starts with the font flags off.)
+  app::defineOutputFileName(state);
+  const QString panelName =
+      app::defineOutputFileNameEXT(state.files.OutputFileName, stored, stored.width.DHec);
+  state.files.OutputFileName = app::CleanOutputFileName(QFileInfo(panelName).fileName());
+  run.OutputFileName = state.files.OutputFileName;
+
+  // Directions and modes that have no walk.
+  if (p.G16 && p.gsch && (scan.tu || scan.td)) {
+    Tell(state, services,
+         QStringLiteral("Sorry this data orientation is yet not available in this grayscale "
+                        "mode > 2 horizontal pixels"),
+         QString(), DialogType::Error);
+    return Ended(ExportStatus::Stopped);
+  }
+  if (p.C8 && (scan.tu || scan.td || scan.tla || scan.tra)) {
+    Tell(state, services,
+         QStringLiteral(" Sorry, this 3bpp color conversion scheme \r is under development "),
+         QStringLiteral("Under Dev"), DialogType::Information);
+    return Ended(ExportStatus::Stopped);
+  }
+  const bool binaryConstants = Info(CurrentConstantFormat(stored.format)).binaryFormat;
+  if (p.G42 && !(!p.Neg && !state.modes.AnimationActive && !binaryConstants && stored.width.D8bc)) {
+    Tell(state, services,
+         QStringLiteral("Sorry, the 2 pages 4bpp grayscale conversion is only allowed when :  "
+                        "\r8 bit mode, Hex data and no animation"),
+         QString(), DialogType::Error);
+    return Ended(ExportStatus::Stopped);
+  }
+
+  // No mode at all exports as monochrome.
+  if (!settings::CurrentPixelMode(stored)) {
+    settings::ApplyModeFlags(stored.pixel, settings::Info(settings::PixelMode::Monochrome).flags);
+  }
+
+  // The run's copy: its end-of-line working flags, and half the height for a half.
+  run.settings = stored;
+  if (request.AreaChoice == kAreaUpperHalf) run.half = HalfExport::Upper;
+  if (request.AreaChoice == kAreaLowerHalf) run.half = HalfExport::Lower;
+  if (run.half != HalfExport::None) run.settings.display.GHI /= 2;
+
+  // A size off the page grid changes the direction rather than failing; this one stays.
+  if (run.settings.pixel.bw8) {
+    const double ppb = RunPixelsPerByte(run.settings);
+    std::optional<settings::ScanDirection> fit;
+    if (settings::IsVerticalScan(run.settings) &&
+        settings::SizeRemainder(run.settings.display.GHI, ppb) != 0.0) {
+      fit = settings::ScanDirection::tr;
+    } else if (settings::IsHorizontalScan(run.settings) &&
+               settings::SizeRemainder(run.settings.display.GWI, ppb) != 0.0) {
+      fit = settings::ScanDirection::tda;
+    }
+    if (fit) {
+      SetDirection(stored.scan, *fit);
+      SetDirection(run.settings.scan, *fit);
+    }
+  }
+
+  // The conversions of the run work on the canvas and are undone from the scratch copy.
+  bool completed = false;
+  for (int pass = 0; pass < 2; ++pass) {
+    const QImage scratch = state.canvas.Bitmap().copy();
+    if (!IsMonochrome(run.settings) && !run.settings.pixel.C16M) ReduceCanvasColors(state, run);
+    if (request.Interleaved) PaintOntoCanvas(state.canvas, InterlaceBitmap(scratch));
+    if (run.settings.width.D32bc && run.settings.format.OINT != 1) run.settings.format.OINT = 1;
+    run.repeatAfterPaste = false;
+    completed = ExportFrames(state, services, run);
+    if (run.request.RunSearchReplace && IsTextTarget(run.settings)) {
+      RunSearchReplaceGrid(state, run);
+    }
+    FinishByteTarget(state, run);
+    PaintOntoCanvas(state.canvas, scratch);
+    if (!run.repeatAfterPaste || pass > 0) break;
+    PasteFloatingSelection(run);
+    run.selection = CanvasSelection{};  // the selection ends with the pass
+    run.ExportAbort = false;
+  }
+
+  if (!completed || run.ExportAbort || run.ExportCancelled) {
+    return ResultOf(run, run.ExportCancelled ? ExportStatus::Cancelled : ExportStatus::Stopped);
+  }
+  state.text.SetModified(true);
+  ExportResult result = ResultOf(run, ExportStatus::Written);
+  if (stored.output.Dnask || request.saveAlways || !request.savePath.isEmpty()) {
+    result.savedPath = SaveEditorText(state, services, run);
+    if (result.savedPath.isEmpty()) result.status = ExportStatus::Stopped;
+  }
+  if (stored.post.Autop) RunPostProcessing(state, services, run);
+  return result;
+}
+
+bool ExportFrames(app::AppState& state, app::Services& services, ExportRun& run) {
+  state.log.Laction = QStringLiteral("ExportFrames");
+  settings::Settings& s = run.settings;
+
+  // Compression that cannot run here.
+  if (s.pixel.ccomp && (s.block.ColRx || !s.pixel.bw8)) {
+    Tell(state, services,
+         s.block.ColRx
+             ? QStringLiteral("Data compression disabled in this mode !")
+             : QStringLiteral("Data compression will be disabled for 6 bit wide mode encoding! "),
+         QStringLiteral("Confirm"), DialogType::Confirmation);
+    s.pixel.ccomp = false;
+    state.settings.pixel.ccomp = false;
+  }
+
+  run.framed = false;
+  if (run.request.AutoFraming && !run.selection.SelectionActive) {
+    run.area = EffectiveBitmapFrame(state.canvas.Bitmap(), settings::IsHorizontalScan(s),
+                                    RunPixelsPerByte(s), s.block.BCD);
+    run.framed = true;
+  }
+
+  run.ExportAbort = false;
+  run.ExportCancelled = false;
+  s.format.ORGC = s.format.OINT;
+
+  if (state.modes.AnimationActive) {
+    // The frames of an animation are not held yet: there is nothing to encode.
+    Tell(state, services, QStringLiteral(" Animation is empty ! "), QString(), DialogType::Warning);
+    run.ExportAbort = true;
+    return false;
+  }
+
+  // ResetEncoderState: the area.
+  const CanvasSelection& sel = run.selection;
+  if (!run.framed) {
+    run.area = sel.SelectionActive ? AreaBounds{sel.X1, sel.Y1, sel.X2, sel.Y2}
+                                   : AreaBounds{0, 0, s.display.GWI, s.display.GHI};
+  }
+
+  // A floating layer.
+  if (sel.SelectionActive && !sel.SelectionPasted) {
+    if (sel.fromSubdivision) {
+      PasteFloatingSelection(run);
+    } else {
+      if (IsMonochrome(s) && !state.canvas.IsBlackAndWhite()) {
+        app::MyMessageDialog(
+            state, services.dialogs,
+            QStringLiteral("Conversion to Black and White has not been done !\r\r") +
+                QStringLiteral(
+                    " Abort and then perform Dithering (AUTO-Conversion to Black and White)") +
+                QStringLiteral("\r") +
+                QStringLiteral(" OR for MANUAL Conversion, move Threshold Slider located on top "
+                               "of Work Canvas "),
+            DialogType::Error, 0, {QStringLiteral("Abort")}, Buttons::Ok);
+      } else {
+        const int answer = app::MyMessageDialog(
+            state, services.dialogs,
+            QStringLiteral(" Floating Selection layer has not been pasted to Work Canvas !\r "
+                           "Paste now or Abort Conversion ? "),
+            DialogType::Warning, 1, {QStringLiteral("Paste Now"), QStringLiteral("Abort")},
+            Buttons::Ok | Buttons::Cancel);
+        run.repeatAfterPaste = answer == Answer::Ok;
+      }
+      run.ExportAbort = true;
+      return false;
+    }
+  }
+
+  // A pasted selection is confirmed.
+  if (sel.SelectionActive && sel.SelectionPasted) {
+    if (!run.request.batchRunning) {
+      const QString question =
+          state.modes.AnimationActive
+              ? QStringLiteral(" Export Selected Animation Area to Data Array ? ")
+          : sel.fromSubdivision
+              ? QStringLiteral(" Export Selected Work Canvas Subdivision to Data Array ? ")
+              : QStringLiteral(" Export Selected Area to Data Array ? ");
+      const int answer =
+          app::MessageDlgA(state, services.dialogs, question, QStringLiteral("Confirm"), 0,
+                           Buttons::Yes | Buttons::No, DialogType::Confirmation);
+      if (answer == Answer::No) {
+        run.ExportAbort = true;
+        return false;
+      }
+    }
+    run.selectionCorners =
+        QStringLiteral("%1,%2,%3,%4").arg(sel.X1).arg(sel.Y1).arg(sel.X2 - 1).arg(sel.Y2 - 1);
+  }
+
+  const int width = std::max(0, run.area.right - run.area.left);
+  const int height = std::max(0, run.area.bottom - run.area.top);
+  run.DataByteCount = DataByteCount(s, width, height);
+
+  // Two-page gray has no sliced paging.
+  if (s.pixel.G42 && (s.scan.tu || s.scan.tra || s.scan.tla || (s.scan.td && !s.scan.CORN1))) {
+    Tell(state, services,
+         QStringLiteral(" The sliced paging scheme is not implemented in this mode ! \rUse all "
+                        "right,all left ,all up or all down direction"),
+         QStringLiteral("Error"), DialogType::Error);
+    run.ExportAbort = true;
+    return false;
+  }
+
+  if (state.modes.AnimationActive) return ExportAnimationFrames(state, services, run);
+  const bool written = WriteArray(state, services, run);
+  if (written && !run.ExportAbort && !run.ExportCancelled && !s.post.Autop) {
+    WriteExportReport(state, run);
+  }
+  return written;
+}
+
+bool WriteArray(app::AppState& state, app::Services& services, ExportRun& run) {
+  state.log.Laction = QStringLiteral("WriteArray");
+  const settings::Settings& s = run.settings;
+  const CanvasSelection& sel = run.selection;
+
+  // Each array starts in an empty editor with a new line builder.
+  state.text.Clear();
+
+  if (s.pixel.ST7 && !s.pixel.G16) {
+    Tell(state, services,
+         QStringLiteral(" The ST7528 special Mode is only working in 4bpp Grayscale mode ! "),
+         QStringLiteral("Error"), DialogType::Error);
+    run.ExportAbort = true;
+    return false;
+  }
+
+  run.ExportAbort = false;
+  if (sel.SelectionActive && !sel.SelectionPasted) {
+    Tell(state, services,
+         QStringLiteral(" Please paste selected area before running the encoding ! "),
+         QStringLiteral("Warning"), DialogType::Warning);
+    run.ExportAbort = true;
+    return false;
+  }
+
+  if (sel.SelectionActive && !settings::AreaFitsPagingGrid(s, sel.X1, sel.Y1, sel.X2, sel.Y2)) {
+    state.text.AddLine(QStringLiteral("Area selected out of"));
+    state.text.AddLine(QStringLiteral("paging sheme sectors !"));
+    run.ExportAbort = true;
+    return false;
+  }
+
+  run.ArrayName = QFileInfo(run.OutputFileName).completeBaseName();
+  const int width = std::max(0, run.area.right - run.area.left);
+  const int height = std::max(0, run.area.bottom - run.area.top);
+  run.DataByteCount = DataByteCount(s, width, height);
+  const QString templateFile = HeaderFileName(state.files.SettingsFile, HeaderKind::Graphics);
+  const ImagePixelSource source(state.canvas.Bitmap());
+  const ArrayRequest request{s,
+                             source,
+                             run.area,
+                             services.escape,
+                             run.OutputFileName,
+                             LoadHeaderTemplate(templateFile),
+                             templateFile,
+                             DateText(services.clock),
+                             run.half};
+  const ArrayResult result = convert::WriteArray(request, state.text);
+  if (!result.warning.isEmpty()) {
+    Tell(state, services, result.warning, QStringLiteral("Warning"), DialogType::Warning);
+  }
+  if (!result.completed) {
+    run.ExportCancelled = true;
+    return false;
+  }
+  return true;
+}
+
+AreaBounds EffectiveBitmapFrame(const QImage& bitmap, bool horizontalScan, double pixelsPerByte,
+                                bool keepCrossAxis) {
+  const int w = bitmap.width();
+  const int h = bitmap.height();
+  if (w == 0 || h == 0) return {};
+  const QImage image = bitmap.convertToFormat(QImage::Format_RGB32);
+  const QRgb background = image.pixel(0, 0) & 0x00FFFFFFu;
+  int left = w, top = h, right = 0, bottom = 0;
+  for (int y = 0; y < h; ++y) {
+    const QRgb* row = reinterpret_cast<const QRgb*>(image.constScanLine(y));
+    for (int x = 0; x < w; ++x) {
+      if ((row[x] & 0x00FFFFFFu) == background) continue;
+      left = std::min(left, x);
+      right = std::max(right, x + 1);
+      top = std::min(top, y);
+      bottom = std::max(bottom, y + 1);
+    }
+  }
+  if (right == 0) return {};
+  const double p = pixelsPerByte > 0.0 ? pixelsPerByte : 1.0;
+  auto down = [p](int v) { return static_cast<int>(std::floor(v / p) * p); };
+  auto up = [p](int v) { return static_cast<int>(std::ceil(v / p) * p); };
+  if (horizontalScan) {
+    left = down(left);
+    right = up(right);
+    if (!keepCrossAxis) {
+      left = 0;
+      right = w;
+    }
+  } else {
+    top = down(top);
+    bottom = up(bottom);
+    if (!keepCrossAxis) {
+      top = 0;
+      bottom = h;
+    }
+  }
+  return {left, top, right, bottom};
+}
+
+QImage InterlaceBitmap(const QImage& bitmap) {
+  const QImage source = bitmap.convertToFormat(QImage::Format_RGB32);
+  QImage result(source.size(), QImage::Format_RGB32);
+  const int h = source.height();
+  const int half = (h + 1) / 2;
+  const auto bytes = static_cast<size_t>(source.width()) * sizeof(QRgb);
+  for (int y = 0; y < h; ++y) {
+    const int from = y % 2 == 0 ? y / 2 : half + y / 2;
+    std::memcpy(result.scanLine(y), source.constScanLine(from), bytes);
+  }
+  return result;
+}
+
+}  // namespace vt::convert
