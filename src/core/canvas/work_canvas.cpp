@@ -5,21 +5,17 @@
 #include <unordered_set>
 
 namespace vt::canvas {
-namespace {
-
-// QImage keeps 0xAARRGGBB; the system's colour values are 0x00BBGGRR.
-QRgb ToQRgb(Color c) { return qRgb(c & 0xFF, (c >> 8) & 0xFF, (c >> 16) & 0xFF); }
-Color FromQRgb(QRgb v) {
-  return Color(qRed(v)) | (Color(qGreen(v)) << 8) | (Color(qBlue(v)) << 16);
-}
-
-}  // namespace
 
 WorkCanvas::WorkCanvas() { Resize(128, 64); }
 
 void WorkCanvas::Resize(int width, int height) {
-  bitmap_ = QImage(std::max(1, width), std::max(1, height), QImage::Format_RGB32);
-  Clear();
+  bitmap_ = MakeRaster(QSize(width, height), kWhite);
+  display_ = MakeRaster(bitmap_.size(), kWhite);
+  selection_.Drop();
+  transfer_.Drop();
+  for (PixelMarks* marks : {&SelPixelTable, &FillVisitedTable, &SelEdgeTable}) {
+    marks->Resize(Width(), Height());
+  }
 }
 
 void WorkCanvas::Fill(Color color) { bitmap_.fill(ToQRgb(color)); }
@@ -54,6 +50,12 @@ bool WorkCanvas::IsBlackAndWhite() const {
     }
   }
   return true;
+}
+
+void WorkCanvas::Restore(const QImage& snapshot) {
+  bitmap_ = snapshot.copy();
+  if (display_.size() != bitmap_.size()) display_ = MakeRaster(bitmap_.size(), kWhite);
+  CopyBitmapToCanvas();
 }
 
 }  // namespace vt::canvas
