@@ -18,19 +18,6 @@ using test::Click;
 using test::SeenBox;
 using test::WhenBoxShows;
 
-class QtDialogsTest : public ::testing::Test {
- protected:
-  void SetUp() override { test::GuiApp(); }
-
-  /// Shows `request`, clicks `caption` and returns the answer; `seen` tells what the box showed.
-  int ShowAndClick(const DialogRequest& request, const QString& caption, SeenBox& seen) {
-    auto driver = WhenBoxShows(seen, Click(caption));
-    return dialogs.Show(request);
-  }
-
-  QtDialogs dialogs;
-};
-
 DialogRequest Request(int buttons, QStringList customCaptions = {}) {
   DialogRequest request;
   request.text = QStringLiteral("Question");
@@ -41,109 +28,6 @@ DialogRequest Request(int buttons, QStringList customCaptions = {}) {
   return request;
 }
 
-/// One button set, the captions it must show in order, and the answer of each.
-struct ButtonSetCase {
-  int buttons;
-  QStringList captions;
-  QList<int> answers;
-};
-
-class QtDialogsButtonSet : public QtDialogsTest,
-                           public ::testing::WithParamInterface<ButtonSetCase> {};
-
-TEST_P(QtDialogsButtonSet, ShowsTheFixedCaptionsAndAnswersTheirCodes) {
-  const ButtonSetCase& set = GetParam();
-  ASSERT_EQ(set.captions.size(), set.answers.size());
-  for (qsizetype i = 0; i < set.captions.size(); ++i) {
-    SeenBox seen;
-    const int answer = ShowAndClick(Request(set.buttons), set.captions.at(i), seen);
-    ASSERT_TRUE(seen.shown);
-    EXPECT_EQ(seen.buttons, set.captions);
-    EXPECT_TRUE(seen.clicked) << set.captions.at(i).toStdString();
-    EXPECT_EQ(answer, set.answers.at(i)) << set.captions.at(i).toStdString();
-  }
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    SetsInUse, QtDialogsButtonSet,
-    ::testing::Values(
-        ButtonSetCase{Buttons::Ok, {"&Ok"}, {Answer::Ok}},
-        ButtonSetCase{Buttons::Yes | Buttons::No, {"&Yes", "&No"}, {Answer::Yes, Answer::No}},
-        ButtonSetCase{
-            Buttons::Yes | Buttons::Cancel, {"&Yes", "&Cancel"}, {Answer::Yes, Answer::Cancel}},
-        ButtonSetCase{Buttons::Yes | Buttons::No | Buttons::Cancel,
-                      {"&Yes", "&No", "&Cancel"},
-                      {Answer::Yes, Answer::No, Answer::Cancel}},
-        ButtonSetCase{
-            Buttons::Ok | Buttons::Cancel, {"&Ok", "&Cancel"}, {Answer::Ok, Answer::Cancel}},
-        ButtonSetCase{Buttons::Ok | Buttons::Cancel | Buttons::Retry,
-                      {"&Ok", "&Cancel", "&Retry"},
-                      {Answer::Ok, Answer::Cancel, Answer::Retry}},
-        ButtonSetCase{Buttons::Abort | Buttons::Retry | Buttons::Ignore,
-                      {"Abort", "&Retry", "&Ignore"},
-                      {Answer::Abort, Answer::Retry, Answer::Ignore}}));
-
-TEST_F(QtDialogsTest, CustomCaptionsAnswerOneTwoAndFourInTheirOrder) {
-  const QStringList captions{"Save+Quit", "Cancel", "Quit"};
-  const QList<int> expected{Answer::Ok, Answer::Cancel, Answer::Retry};
-  for (qsizetype i = 0; i < captions.size(); ++i) {
-    SeenBox seen;
-    const int answer = ShowAndClick(
-        Request(Buttons::Ok | Buttons::Cancel | Buttons::Retry, captions), captions.at(i), seen);
-    EXPECT_EQ(seen.buttons, captions);
-    EXPECT_EQ(answer, expected.at(i)) << captions.at(i).toStdString();
-  }
-}
-
-TEST_F(QtDialogsTest, ButtonsWhoseCaptionRanOutAreLeftOut) {
-  SeenBox seen;
-  const int answer = ShowAndClick(
-      Request(Buttons::Ok | Buttons::Cancel | Buttons::Retry, {"Quit Script", "Cancel"}),
-      QStringLiteral("Quit Script"), seen);
-  EXPECT_EQ(seen.buttons, QStringList({"Quit Script", "Cancel"}));
-  EXPECT_EQ(answer, Answer::Ok);
-}
-
-TEST_F(QtDialogsTest, ShowsCarriageReturnsAsLineBreaksWithCaptionAndIcon) {
-  DialogRequest request = Request(Buttons::Ok);
-  request.text = QStringLiteral(" Quit Vantorelle ? \r Artwork has not been saved ! \r\nEnd");
-  request.caption = QStringLiteral("Quit ?");
-  request.type = DialogType::Error;
-  SeenBox seen;
-  ShowAndClick(request, QStringLiteral("&Ok"), seen);
-  EXPECT_EQ(seen.title, QStringLiteral("Quit ?"));
-  EXPECT_EQ(seen.text, QStringLiteral(" Quit Vantorelle ? \n Artwork has not been saved ! \nEnd"));
-  EXPECT_EQ(seen.icon, QMessageBox::Critical);
-}
-
-TEST_F(QtDialogsTest, IconFollowsTheDialogType) {
-  const QList<QPair<DialogType, QMessageBox::Icon>> cases{
-      {DialogType::Warning, QMessageBox::Warning},
-      {DialogType::Error, QMessageBox::Critical},
-      {DialogType::Information, QMessageBox::Information},
-      {DialogType::Confirmation, QMessageBox::Question}};
-  for (const auto& [type, icon] : cases) {
-    DialogRequest request = Request(Buttons::Ok);
-    request.type = type;
-    SeenBox seen;
-    ShowAndClick(request, QStringLiteral("&Ok"), seen);
-    EXPECT_EQ(seen.icon, icon) << int(type);
-  }
-}
-
-TEST_F(QtDialogsTest, AnEmptyCaptionTakesTheTitleOfTheType) {
-  DialogRequest request = Request(Buttons::Ok);
-  request.caption.clear();
-  request.type = DialogType::Warning;
-  EXPECT_EQ(platform::CaptionOf(request), QStringLiteral("Warning"));
-  request.type = DialogType::Error;
-  EXPECT_EQ(platform::CaptionOf(request), QStringLiteral("Error"));
-  request.type = DialogType::Confirmation;
-  SeenBox seen;
-  ShowAndClick(request, QStringLiteral("&Ok"), seen);
-  EXPECT_EQ(seen.title, QStringLiteral("Confirm"));
-}
-
 /// Presses Escape in the box, as the user would.
 bool PressEscape(QMessageBox& box) {
   QKeyEvent press(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
@@ -151,47 +35,113 @@ bool PressEscape(QMessageBox& box) {
   return true;
 }
 
-TEST_F(QtDialogsTest, EscapePressesCancelElseNo) {
-  SeenBox seen;
-  auto driver = WhenBoxShows(seen, PressEscape);
-  EXPECT_EQ(dialogs.Show(Request(Buttons::Yes | Buttons::No | Buttons::Cancel)), Answer::Cancel);
+/// Leaves the box open: the driver then closes it with done().
+bool LeaveOpen(QMessageBox&) { return false; }
 
-  SeenBox seenYesNo;
-  auto driverYesNo = WhenBoxShows(seenYesNo, PressEscape);
-  EXPECT_EQ(dialogs.Show(Request(Buttons::Yes | Buttons::No)), Answer::No);
+class QtDialogsTest : public ::testing::Test {
+ protected:
+  void SetUp() override { test::GuiApp(); }
+
+  /// Shows `request`, lets `act` answer it and returns the answer; `seen` tells what it showed.
+  int Show(const DialogRequest& request, std::function<bool(QMessageBox&)> act, SeenBox& seen) {
+    auto driver = WhenBoxShows(seen, std::move(act));
+    return dialogs.Show(request);
+  }
+
+  QtDialogs dialogs;
+};
+
+// Each button set shows its captions in order and answers the code of the one clicked; custom
+// captions take the places of Ok, Cancel and Retry, and buttons whose caption ran out are left
+// out.
+TEST_F(QtDialogsTest, ShowsTheCaptionsOfTheSetAndAnswersTheCodeOfTheOneClicked) {
+  namespace A = platform::Answer;
+  namespace B = platform::Buttons;
+  const struct {
+    int buttons;
+    const char* captions;  // parted by '|'
+    bool custom;           // the captions are the request's own
+    QList<int> answers;
+  } sets[] = {
+      {B::Ok, "&Ok", false, {A::Ok}},
+      {B::Yes | B::No, "&Yes|&No", false, {A::Yes, A::No}},
+      {B::Yes | B::Cancel, "&Yes|&Cancel", false, {A::Yes, A::Cancel}},
+      {B::Yes | B::No | B::Cancel, "&Yes|&No|&Cancel", false, {A::Yes, A::No, A::Cancel}},
+      {B::Ok | B::Cancel, "&Ok|&Cancel", false, {A::Ok, A::Cancel}},
+      {B::Ok | B::Cancel | B::Retry, "&Ok|&Cancel|&Retry", false, {A::Ok, A::Cancel, A::Retry}},
+      {B::Abort | B::Retry | B::Ignore,
+       "Abort|&Retry|&Ignore",
+       false,
+       {A::Abort, A::Retry, A::Ignore}},
+      {B::Ok | B::Cancel | B::Retry, "Save+Quit|Cancel|Quit", true, {A::Ok, A::Cancel, A::Retry}},
+      {B::Ok | B::Cancel | B::Retry, "Quit Script|Cancel", true, {A::Ok, A::Cancel}},
+  };
+  for (const auto& set : sets) {
+    const QStringList captions = QString::fromLatin1(set.captions).split(QLatin1Char('|'));
+    for (qsizetype i = 0; i < captions.size(); ++i) {
+      SeenBox seen;
+      const int answer = Show(Request(set.buttons, set.custom ? captions : QStringList{}),
+                              Click(captions.at(i)), seen);
+      ASSERT_TRUE(seen.shown) << captions.at(i).toStdString();
+      EXPECT_EQ(seen.buttons, captions) << captions.at(i).toStdString();
+      EXPECT_TRUE(seen.clicked) << captions.at(i).toStdString();
+      EXPECT_EQ(answer, set.answers.at(i)) << captions.at(i).toStdString();
+    }
+  }
 }
 
-TEST_F(QtDialogsTest, EscapePressesACustomCancelCaption) {
+TEST_F(QtDialogsTest, ShowsCarriageReturnsAsLineBreaksWithCaptionAndIconOfTheType) {
+  const struct {
+    DialogType type;
+    const char* caption;
+    QMessageBox::Icon icon;
+    const char* title;
+  } cases[] = {
+      {DialogType::Error, "Quit ?", QMessageBox::Critical, "Quit ?"},
+      {DialogType::Warning, "", QMessageBox::Warning, "Warning"},
+      {DialogType::Information, "Info", QMessageBox::Information, "Info"},
+      {DialogType::Confirmation, "", QMessageBox::Question, "Confirm"},
+  };
+  for (const auto& c : cases) {
+    DialogRequest request = Request(Buttons::Ok);
+    request.text = QStringLiteral(" Quit Vantorelle ? \r Artwork has not been saved ! \r\nEnd");
+    request.caption = QString::fromLatin1(c.caption);
+    request.type = c.type;
+    SeenBox seen;
+    Show(request, Click(QStringLiteral("&Ok")), seen);
+    EXPECT_EQ(seen.title, QString::fromLatin1(c.title));
+    EXPECT_EQ(seen.text,
+              QStringLiteral(" Quit Vantorelle ? \n Artwork has not been saved ! \nEnd"));
+    EXPECT_EQ(seen.icon, c.icon) << c.title;
+  }
+}
+
+TEST_F(QtDialogsTest, EscapePressesCancelElseNoOrClosingAnswersCancel) {
+  const QStringList custom{"No Action", "Discard", "Cancel"};  // the third answers Retry
   SeenBox seen;
-  auto driver = WhenBoxShows(seen, PressEscape);
-  EXPECT_EQ(dialogs.Show(Request(Buttons::Ok | Buttons::Cancel | Buttons::Retry,
-                                 {"No Action", "Discard", "Cancel"})),
-            Answer::Retry);
+  EXPECT_EQ(Show(Request(Buttons::Yes | Buttons::No | Buttons::Cancel), PressEscape, seen),
+            Answer::Cancel);
+  EXPECT_EQ(Show(Request(Buttons::Yes | Buttons::No), PressEscape, seen), Answer::No);
+  EXPECT_EQ(
+      Show(Request(Buttons::Ok | Buttons::Cancel | Buttons::Retry, custom), PressEscape, seen),
+      Answer::Retry);
+  EXPECT_EQ(Show(Request(Buttons::Yes | Buttons::No), LeaveOpen, seen), Answer::Cancel);
 }
 
 TEST_F(QtDialogsTest, TheStarCheckBoxStartsFromTheRequestAndIsHandedBack) {
   EXPECT_FALSE(dialogs.LastDesktopCentered().has_value());
-
   DialogRequest request = Request(Buttons::Ok);
   request.desktopCentered = true;
   SeenBox seen;
-  auto driver = WhenBoxShows(seen, [](QMessageBox& box) {
+  const auto uncheckAndClick = [](QMessageBox& box) {
     box.checkBox()->setChecked(false);
     return Click(QStringLiteral("&Ok"))(box);
-  });
-  EXPECT_EQ(dialogs.Show(request), Answer::Ok);
+  };
+  EXPECT_EQ(Show(request, uncheckAndClick, seen), Answer::Ok);
   EXPECT_EQ(seen.checkBoxText, QStringLiteral("*"));
   EXPECT_EQ(seen.checkBoxToolTip, QStringLiteral("Desktop centered = checked"));
   EXPECT_TRUE(seen.checkBoxChecked);
-  ASSERT_TRUE(dialogs.LastDesktopCentered().has_value());
-  EXPECT_FALSE(*dialogs.LastDesktopCentered());
-}
-
-TEST_F(QtDialogsTest, ABoxClosedWithoutAClickAnswersCancel) {
-  SeenBox seen;
-  auto driver = WhenBoxShows(seen, [](QMessageBox&) { return false; });  // closed by done()
-  EXPECT_EQ(dialogs.Show(Request(Buttons::Yes | Buttons::No)), Answer::Cancel);
-  EXPECT_TRUE(seen.shown);
+  EXPECT_EQ(dialogs.LastDesktopCentered(), false);
 }
 
 }  // namespace
