@@ -206,7 +206,8 @@ TEST(DataTextWriter, EndOfLineFlagsComeFromTheRunAndMarkLastValueFromTheCaller) 
   }
   // With HCO the font generator's lines go to the comment block.
   app::TextBuffer text;
-  DataTextWriter block(With("HCO=1", s), text, {EndOfLineFlagsOf(s.format), 0, true});
+  const settings::Settings withHco = With("HCO=1", s);
+  DataTextWriter block(withHco, text, {EndOfLineFlagsOf(s.format), 0, true});
   Feed(block, {1, 2, 3, 4});
   EXPECT_EQ(text.Count(), 0);
   EXPECT_EQ(block.CommentBlock(), QStringList{" 0x01 , 0x02 , 0x03 , 0x04,"});

@@ -93,6 +93,9 @@ class DataTextWriter final : public ValueSink {
   /// `secondPlane` receives the second array of two-page gray; may be null otherwise.
   DataTextWriter(const settings::Settings& settings, app::TextBuffer& text,
                  DataTextOptions options = {}, app::TextBuffer* secondPlane = nullptr);
+  /// The writer keeps a reference to the settings: a temporary would dangle.
+  DataTextWriter(settings::Settings&&, app::TextBuffer&, DataTextOptions = {},
+                 app::TextBuffer* = nullptr) = delete;
   ~DataTextWriter() override;
   DataTextWriter(const DataTextWriter&) = delete;
   DataTextWriter& operator=(const DataTextWriter&) = delete;
