@@ -266,11 +266,18 @@ TEST_F(Export, AFloatingSelectionStopsTheExportUnlessItIsASubdivision) {
   EXPECT_EQ(t.dialogs.shown[0].customCaptions,
             (QStringList{QStringLiteral("Paste Now"), QStringLiteral("Abort")}));
 
-  // "Paste Now" runs the export again, over the whole canvas once the layer lies on it.
+  // "Paste Now" pastes the canvas's floating layer (a black bar over the right half of the
+  // last row) and exports again, over the whole canvas with the bar on it.
   t.dialogs.shown.clear();
-  EXPECT_EQ(Run(floating).status, ExportStatus::Written);
+  QImage bar(8, 1, QImage::Format_RGB32);
+  bar.fill(qRgb(0, 0, 0));
+  state.canvas.Selection().Float(bar, QPoint(8, 15), false);
+  EXPECT_EQ(Run().status, ExportStatus::Written);
   EXPECT_EQ(t.dialogs.Texts(), QStringList{paste});
-  EXPECT_EQ(Bytes().size(), 32u);
+  ASSERT_EQ(Bytes().size(), 32u);
+  EXPECT_EQ(Hex({Bytes()[28], Bytes()[29], Bytes()[30], Bytes()[31]}), Hex({0, 0x02, 0, 0xFF}));
+  EXPECT_FALSE(state.canvas.Selection().IsFloating());
+  EXPECT_EQ(state.canvas.Pixel(9, 15), 0u);
 
   t.dialogs.shown.clear();
   state.canvas.SetPixel(5, 5, 0x808080);
@@ -291,35 +298,6 @@ TEST_F(Export, AFloatingSelectionStopsTheExportUnlessItIsASubdivision) {
       t.dialogs.Texts(),
       QStringList{QStringLiteral(" Export Selected Work Canvas Subdivision to Data Array ? ")});
   EXPECT_EQ(Hex(Bytes()), Hex({0x40, 0}));  // row 1
-}
-
-TEST(EffectiveBitmapFrame, FramesWhatDiffersFromTheFirstPixelOnTheByteGrid) {
-  QImage dots(32, 16, QImage::Format_RGB32);
-  dots.fill(qRgb(255, 255, 255));
-  dots.setPixel(10, 3, qRgb(0, 0, 0));
-  dots.setPixel(12, 5, qRgb(0, 0, 0));
-  QImage hole(32, 16, QImage::Format_RGB32);
-  hole.fill(qRgb(0, 0, 0));
-  hole.setPixel(20, 9, qRgb(255, 255, 255));
-  QImage blank(32, 16, QImage::Format_RGB32);
-  blank.fill(qRgb(255, 255, 255));
-  struct Case {
-    const QImage* image;
-    bool horizontal;
-    double p;
-    bool bcd;
-    AreaBounds frame;
-  } cases[] = {
-      {&dots, true, 8, true, {8, 3, 16, 6}},   {&dots, true, 8, false, {0, 3, 32, 6}},
-      {&dots, false, 8, true, {10, 0, 13, 8}}, {&dots, false, 8, false, {10, 0, 13, 16}},
-      {&dots, true, 1, true, {10, 3, 13, 6}},  {&hole, true, 8, true, {16, 9, 24, 10}},
-      {&blank, true, 8, false, {0, 0, 0, 0}},
-  };
-  for (const Case& c : cases) {
-    const AreaBounds f = EffectiveBitmapFrame(*c.image, c.horizontal, c.p, c.bcd);
-    EXPECT_EQ((std::array{f.left, f.top, f.right, f.bottom}),
-              (std::array{c.frame.left, c.frame.top, c.frame.right, c.frame.bottom}));
-  }
 }
 
 TEST_F(Export, AutoFramingABlankCanvasGivesOnlyHeaderAndFooter) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "convert/export_driver.h"
 
+#include "canvas/auto_framing.h"
+
 #include <QDir>
 #include <QFileInfo>
 #include <QLocale>
@@ -11,6 +13,7 @@
 #include "app/messages.h"
 #include "app/output_naming.h"
 #include "app/state.h"
+#include "canvas/auto_framing.h"
 #include "convert/array_writer.h"
 #include "convert/constant_format.h"
 #include "convert/data_text.h"
@@ -83,26 +86,11 @@ void SetDirection(settings::ScanSettings& scan, settings::ScanDirection directio
   scan.tua = direction == ScanDirection::tua;
 }
 
-canvas::Color ColorOf(QRgb v) {
-  return canvas::Color(qRed(v)) | (canvas::Color(qGreen(v)) << 8) | (canvas::Color(qBlue(v)) << 16);
-}
-
-/// Puts `image` (of the canvas's size) onto the canvas, pixel by pixel where they differ, so
-/// that the canvas ends up exactly as `image`.
-void PaintOntoCanvas(canvas::WorkCanvas& canvas, const QImage& image) {
-  if (canvas.Width() != image.width() || canvas.Height() != image.height()) {
-    canvas.Resize(image.width(), image.height());
-  }
-  const QImage& current = canvas.Bitmap();
-  for (int y = 0; y < image.height(); ++y) {
-    const QRgb* want = reinterpret_cast<const QRgb*>(image.constScanLine(y));
-    const QRgb* have = reinterpret_cast<const QRgb*>(current.constScanLine(y));
-    for (int x = 0; x < image.width(); ++x) {
-      if ((want[x] & 0x00FFFFFFu) != (have[x] & 0x00FFFFFFu)) {
-        canvas.SetPixel(x, y, ColorOf(want[x]));
-      }
-    }
-  }
+CanvasSelection SelectionOnCanvas(const canvas::WorkCanvas& canvas) {
+  const canvas::FloatingSelection& floating = canvas.Selection();
+  if (!floating.IsFloating() || floating.Rect().IsEmpty()) return {};
+  const canvas::SelectionRect& r = floating.Rect();
+  return CanvasSelection{r.X1, r.Y1, r.X2, r.Y2, true, false, false};
 }
 
 QString DateText(const platform::Clock& clock) {
@@ -131,8 +119,12 @@ ExportResult Ended(ExportStatus status) {
 /// Colour reduction of the canvas to the palette of the mode, and the application's colour
 /// table for 256 colours with more than 236 colours on the canvas.
 void ReduceCanvasColors(app::AppState&, const ExportRun&) {}
-/// The floating layer goes onto the canvas; the canvas model will hold it.
-void PasteFloatingSelection(ExportRun& run) { run.selection.SelectionPasted = true; }
+/// The floating layer goes onto the canvas (with its undo step) and the selection counts as
+/// pasted.
+void PasteFloatingSelection(app::AppState& state, ExportRun& run) {
+  state.canvas.PasteSelection(false, IsMonochrome(run.settings));
+  run.selection.SelectionPasted = true;
+}
 /// The search and replace grid over the main editor (asrg, text output only).
 void RunSearchReplaceGrid(app::AppState&, const ExportRun&) {}
 /// Intel Hex: the last partial record and ":00000001FF"; binary: the size in the status.
@@ -298,6 +290,10 @@ ExportResult EncodeButtonClick(app::AppState& state, app::Services& services, Ex
   s.post.asrg = request.RunSearchReplace;
   s.post.Autop = request.RunPostProcess;
 
+  // A floating selection on the canvas is the selection of the export unless the caller
+  // named one (a subdivision, a batch).
+  if (!request.selection.SelectionActive) request.selection = SelectionOnCanvas(state.canvas);
+
   // The area selector, and the Intel Hex offset on a 16-byte boundary.
   if (request.AreaChoice == kAreaSelected && !request.selection.SelectionActive) {
     return Ended(ExportStatus::SelectArea);
@@ -402,9 +398,9 @@ ExportResult TranslateCanvas(app::AppState& state, app::Services& services,
   // The conversions of the run work on the canvas and are undone from the scratch copy.
   bool completed = false;
   for (int pass = 0; pass < 2; ++pass) {
-    const QImage scratch = state.canvas.Bitmap().copy();
+    const QImage scratch = state.canvas.Snapshot();
     if (!IsMonochrome(run.settings) && !run.settings.pixel.C16M) ReduceCanvasColors(state, run);
-    if (request.Interleaved) PaintOntoCanvas(state.canvas, InterlaceBitmap(scratch));
+    if (request.Interleaved) state.canvas.Restore(InterlaceBitmap(scratch));
     if (run.settings.width.D32bc && run.settings.format.OINT != 1) run.settings.format.OINT = 1;
     run.repeatAfterPaste = false;
     completed = ExportFrames(state, services, run);
@@ -412,9 +408,9 @@ ExportResult TranslateCanvas(app::AppState& state, app::Services& services,
       RunSearchReplaceGrid(state, run);
     }
     FinishByteTarget(state, run);
-    PaintOntoCanvas(state.canvas, scratch);
+    state.canvas.Restore(scratch);
     if (!run.repeatAfterPaste || pass > 0) break;
-    PasteFloatingSelection(run);
+    PasteFloatingSelection(state, run);
     run.selection = CanvasSelection{};  // the selection ends with the pass
     run.ExportAbort = false;
   }
@@ -449,8 +445,9 @@ bool ExportFrames(app::AppState& state, app::Services& services, ExportRun& run)
 
   run.framed = false;
   if (run.request.AutoFraming && !run.selection.SelectionActive) {
-    run.area = EffectiveBitmapFrame(state.canvas.Bitmap(), settings::IsHorizontalScan(s),
-                                    RunPixelsPerByte(s), s.block.BCD);
+    const canvas::SelectionRect frame =
+        canvas::AutoFrameBounds(state.canvas.Bitmap(), canvas::FramingRuleOf(s));
+    run.area = AreaBounds{frame.X1, frame.Y1, frame.X2, frame.Y2};
     run.framed = true;
   }
 
@@ -475,7 +472,7 @@ bool ExportFrames(app::AppState& state, app::Services& services, ExportRun& run)
   // A floating layer.
   if (sel.SelectionActive && !sel.SelectionPasted) {
     if (sel.fromSubdivision) {
-      PasteFloatingSelection(run);
+      PasteFloatingSelection(state, run);
     } else {
       if (IsMonochrome(s) && !state.canvas.IsBlackAndWhite()) {
         app::MyMessageDialog(
@@ -600,46 +597,6 @@ bool WriteArray(app::AppState& state, app::Services& services, ExportRun& run) {
     return false;
   }
   return true;
-}
-
-AreaBounds EffectiveBitmapFrame(const QImage& bitmap, bool horizontalScan, double pixelsPerByte,
-                                bool keepCrossAxis) {
-  const int w = bitmap.width();
-  const int h = bitmap.height();
-  if (w == 0 || h == 0) return {};
-  const QImage image = bitmap.convertToFormat(QImage::Format_RGB32);
-  const QRgb background = image.pixel(0, 0) & 0x00FFFFFFu;
-  int left = w, top = h, right = 0, bottom = 0;
-  for (int y = 0; y < h; ++y) {
-    const QRgb* row = reinterpret_cast<const QRgb*>(image.constScanLine(y));
-    for (int x = 0; x < w; ++x) {
-      if ((row[x] & 0x00FFFFFFu) == background) continue;
-      left = std::min(left, x);
-      right = std::max(right, x + 1);
-      top = std::min(top, y);
-      bottom = std::max(bottom, y + 1);
-    }
-  }
-  if (right == 0) return {};
-  const double p = pixelsPerByte > 0.0 ? pixelsPerByte : 1.0;
-  auto down = [p](int v) { return static_cast<int>(std::floor(v / p) * p); };
-  auto up = [p](int v) { return static_cast<int>(std::ceil(v / p) * p); };
-  if (horizontalScan) {
-    left = down(left);
-    right = up(right);
-    if (!keepCrossAxis) {
-      left = 0;
-      right = w;
-    }
-  } else {
-    top = down(top);
-    bottom = up(bottom);
-    if (!keepCrossAxis) {
-      top = 0;
-      bottom = h;
-    }
-  }
-  return {left, top, right, bottom};
 }
 
 QImage InterlaceBitmap(const QImage& bitmap) {

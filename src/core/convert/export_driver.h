@@ -178,14 +178,6 @@ bool ExportFrames(app::AppState& state, app::Services& services, ExportRun& run)
 /// warned of), the preamble, the walk and the end of the array. Returns false when it stopped.
 bool WriteArray(app::AppState& state, app::Services& services, ExportRun& run);
 
-/// The auto frame ("Effective Bitmap Size"): the smallest rectangle holding every pixel whose
-/// colour differs from pixel (0,0), right and bottom exclusive. On the axis the bytes run
-/// along (x for a horizontal scan, y for a vertical one) its edges are rounded outwards to
-/// multiples of `pixelsPerByte`. Unless `keepCrossAxis` (BCD), the other axis takes the whole
-/// bitmap again. A bitmap of one colour gives the empty frame {0, 0, 0, 0}.
-AreaBounds EffectiveBitmapFrame(const QImage& bitmap, bool horizontalScan, double pixelsPerByte,
-                                bool keepCrossAxis);
-
 /// The lines of `bitmap` in interleaved order: line 0, then line h/2 (rounded up), then line 1,
 /// and so on (0, 32, 1, 33, 2 ... for a height of 64).
 QImage InterlaceBitmap(const QImage& bitmap);
