@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <QSet>
+#include <algorithm>
+#include <tuple>
 
 namespace vt::settings {
 namespace {
@@ -47,49 +49,42 @@ TEST(KeyTable, HoldsTheKnownFileLayoutLandmarks) {
   EXPECT_STREQ(table.front().section, "S");
   EXPECT_STREQ(table.front().key, "CARK_r");
   EXPECT_STREQ(table.back().key, "achb");
-  struct Expect {
-    const char* key;
-    const char* section;
-    ValueType type;
-    const char* def;
-  } expects[] = {
-      {"GWI", "B2", ValueType::Int, "128"},      {"GHI", "B2", ValueType::Int, "64"},
-      {"tr", "B3", ValueType::Bool, "1"},        {"MSBF", "B2", ValueType::Bool, "1"},
-      {"bw8", "B1", ValueType::Bool, "1"},       {"PPB", "B11", ValueType::Int, "8"},
-      {"FXHB", "S", ValueType::String, "X"},     {"OINT", "I11", ValueType::Int, "16"},
-      {"usco", "S12", ValueType::String, "_"},   {"nbmfn", "S8", ValueType::String, "NewBitmap.bmp"},
-      {"EXLE", "B10", ValueType::Int, "120"},    {"SCOL", "B10", ValueType::Int, "-1"},
-      {"vecp8T", "S14", ValueType::String, "\""}, {"SaAf", "B1", ValueType::String, ".BMP"},
-      {"COMAh", "S", ValueType::Bool, "1"},      {"Monc", "S4", ValueType::Bool, "1"},
+  const std::tuple<const char*, const char*, ValueType, const char*> expects[] = {
+      {"GWI", "B2", ValueType::Int, "128"},
+      {"GHI", "B2", ValueType::Int, "64"},
+      {"tr", "B3", ValueType::Bool, "1"},
+      {"MSBF", "B2", ValueType::Bool, "1"},
+      {"bw8", "B1", ValueType::Bool, "1"},
+      {"PPB", "B11", ValueType::Int, "8"},
+      {"FXHB", "S", ValueType::String, "X"},
+      {"OINT", "I11", ValueType::Int, "16"},
+      {"usco", "S12", ValueType::String, "_"},
+      {"nbmfn", "S8", ValueType::String, "NewBitmap.bmp"},
+      {"EXLE", "B10", ValueType::Int, "120"},
+      {"SCOL", "B10", ValueType::Int, "-1"},
+      {"vecp8T", "S14", ValueType::String, "\""},
+      {"SaAf", "B1", ValueType::String, ".BMP"},
+      {"COMAh", "S", ValueType::Bool, "1"},
+      {"Monc", "S4", ValueType::Bool, "1"},
       {"INCSYN", "S3", ValueType::String, "#include "},
-      {"KERSUF", "S2", ValueType::String, "[120][3]= "},
-  };
-  for (const Expect& e : expects) {
-    const KeyRow* found = nullptr;
-    for (const KeyRow& row : table) {
-      if (qstrcmp(row.key, e.key) == 0) {
-        found = &row;
-        break;
-      }
-    }
-    ASSERT_NE(found, nullptr) << e.key;
-    EXPECT_STREQ(found->section, e.section) << e.key;
-    EXPECT_EQ(found->type, e.type) << e.key;
-    EXPECT_STREQ(found->defaultText, e.def) << e.key;
+      {"KERSUF", "S2", ValueType::String, "[120][3]= "}};
+  for (const auto& [key, section, type, def] : expects) {
+    const auto row = std::find_if(table.begin(), table.end(),
+                                  [&](const KeyRow& r) { return qstrcmp(r.key, key) == 0; });
+    ASSERT_NE(row, table.end()) << key;
+    EXPECT_STREQ(row->section, section) << key;
+    EXPECT_EQ(row->type, type) << key;
+    EXPECT_STREQ(row->defaultText, def) << key;
   }
 }
 
 TEST(IniInteger, ParsesLikeTheIniReader) {
-  struct Case {
-    const char* text;
-    std::optional<int> expected;
-  } cases[] = {{"0", 0},          {"128", 128},   {"-1", -1},         {" 42 ", 42},
-               {"+7", 7},         {"$FF", 255},   {"0x10", 16},       {"0XfF", 255},
-               {"$FFFFFFFF", -1}, {"", {}},       {"abc", {}},        {"12a", {}},
-               {"1.5", {}},       {"$", {}},      {"99999999999", {}}, {"--1", {}},
-               {"true", {}}};
-  for (const Case& c : cases) {
-    EXPECT_EQ(ParseIniInteger(QString::fromLatin1(c.text)), c.expected) << c.text;
+  const std::pair<const char*, std::optional<int>> cases[] = {
+      {"0", 0},     {"128", 128},  {"-1", -1},          {" 42 ", 42}, {"+7", 7},   {"$FF", 255},
+      {"0x10", 16}, {"0XfF", 255}, {"$FFFFFFFF", -1},   {"", {}},     {"abc", {}}, {"12a", {}},
+      {"1.5", {}},  {"$", {}},     {"99999999999", {}}, {"--1", {}},  {"true", {}}};
+  for (const auto& [text, expected] : cases) {
+    EXPECT_EQ(ParseIniInteger(QString::fromLatin1(text)), expected) << text;
   }
 }
 

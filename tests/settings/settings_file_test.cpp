@@ -3,19 +3,20 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "golden.h"
 #include "settings/key_table.h"
 
 namespace vt::settings {
 namespace {
 
-const FolderDefaults kFolders{
-    QStringLiteral("/home/u/Documents/Vantorelle Project/Documents"),
-    QStringLiteral("/home/u/Pictures"),
-    QStringLiteral("/home/u/Documents/Vantorelle Project/Output Files"),
-    QStringLiteral("/home/u/Documents/Vantorelle Project/Fonts"),
-    QStringLiteral("/home/u/Documents/Vantorelle Project/Touch Panel"),
-    QStringLiteral("/home/u/Documents/Vantorelle Project/Batch Files")};
+const FolderDefaults kFolders{"/home/u/Documents/Vantorelle Project/Documents",
+                              "/home/u/Pictures",
+                              "/home/u/Documents/Vantorelle Project/Output Files",
+                              "/home/u/Documents/Vantorelle Project/Fonts",
+                              "/home/u/Documents/Vantorelle Project/Touch Panel",
+                              "/home/u/Documents/Vantorelle Project/Batch Files"};
 
 IniDocument Parse(const QByteArray& text) { return IniDocument::Parse(text).value(); }
 
@@ -33,24 +34,15 @@ IniDocument Save(const Settings& s) {
 
 TEST(SettingsFile, AnEmptyFileGivesTheFactorySettingsAndFirstRunFolders) {
   const Settings s = Load(Parse(""));
-  EXPECT_EQ(s.display.GWI, 128);
-  EXPECT_EQ(s.display.GHI, 64);
-  EXPECT_TRUE(s.scan.tr);
-  EXPECT_TRUE(s.scan.CORN1);
-  EXPECT_TRUE(s.pixel.Monc);
-  EXPECT_TRUE(s.width.D8bc);
-  EXPECT_EQ(s.format.FXHB, QStringLiteral("X"));
-  EXPECT_EQ(s.folder.OFP, kFolders.OFP);
-  EXPECT_EQ(s.folder.BFP, kFolders.BFP);
-  EXPECT_EQ(s.folder.bfpa, kFolders.bfpa);
-  EXPECT_EQ(s.mru, QStringList(kMruSlots, QStringLiteral("_")));
-  // The whole record set equals the factory state: saving both gives the same text.
+  EXPECT_EQ(std::tie(s.display.GWI, s.display.GHI, s.format.FXHB), std::tuple(128, 64, "X"));
+  EXPECT_TRUE(s.scan.tr && s.scan.CORN1 && s.pixel.Monc && s.width.D8bc);
+  EXPECT_EQ(QStringList({s.folder.OFP, s.folder.BFP, s.folder.bfpa}),
+            QStringList({kFolders.OFP, kFolders.BFP, kFolders.bfpa}));
+  EXPECT_EQ(s.mru, QStringList(kMruSlots, "_"));
+  // The whole record set equals the factory state, whose file is the golden one.
   EXPECT_EQ(Save(s).Serialize(), Save(DefaultSettings(kFolders)).Serialize());
-}
-
-TEST(SettingsFile, TheFactoryFileListsEveryKeyInOrder) {
-  EXPECT_TRUE(test::MatchesGolden(Save(DefaultSettings(kFolders)).Serialize(),
-                                  QStringLiteral("settings/default.LCD")));
+  EXPECT_TRUE(
+      test::MatchesGolden(Save(DefaultSettings(kFolders)).Serialize(), "settings/default.LCD"));
 }
 
 TEST(SettingsFile, ChangedValuesSurviveSaveThenLoad) {
@@ -60,90 +52,81 @@ TEST(SettingsFile, ChangedValuesSurviveSaveThenLoad) {
   s.scan.tr = false;
   s.scan.td = true;
   s.scan.MSBF = false;
-  s.format.FXHB = QStringLiteral("0B");
-  s.format.sepst = QStringLiteral(" ; ");
-  s.animation.INCSYN = QStringLiteral("#include  ");
-  s.fontVariant.CARK[kBloc] = QStringLiteral("4");
+  s.format.FXHB = "0B";
+  s.format.sepst = " ; ";
+  s.animation.INCSYN = "#include  ";
+  s.fontVariant.CARK[kBloc] = "4";
   s.fontVariant.wxof[kDmd] = true;
   s.grid.C42 = true;
-  s.grid.C42s = QStringLiteral("replace=me");
+  s.grid.C42s = "replace=me";
   s.other.HCO_B10 = 3;
   s.comment.HCO = true;
-  s.mru[0] = QStringLiteral("/tmp/a.bmp");
-  s.fmru[10] = QStringLiteral("Courier New");
-  s.ext[2] = QStringLiteral(".GVS");
+  s.mru[0] = "/tmp/a.bmp";
+  s.fmru[10] = "Courier New";
+  s.ext[2] = ".GVS";
   s.customSizes[5] = QSize(320, 240);
-  const Settings back = Load(Parse(Save(s).Serialize()));
-  EXPECT_EQ(back.display.GWI, 240);
-  EXPECT_EQ(back.display.GHI, 160);
-  EXPECT_FALSE(back.scan.tr);
-  EXPECT_TRUE(back.scan.td);
-  EXPECT_FALSE(back.scan.MSBF);
-  EXPECT_EQ(back.format.FXHB, QStringLiteral("0B"));
-  EXPECT_EQ(back.format.sepst, QStringLiteral(" ; "));
-  EXPECT_EQ(back.animation.INCSYN, QStringLiteral("#include  "));
-  EXPECT_EQ(back.fontVariant.CARK[kBloc], QStringLiteral("4"));
-  EXPECT_TRUE(back.fontVariant.wxof[kDmd]);
-  EXPECT_TRUE(back.grid.C42);
-  EXPECT_EQ(back.grid.C42s, QStringLiteral("replace=me"));
-  EXPECT_EQ(back.other.HCO_B10, 3);
-  EXPECT_TRUE(back.comment.HCO);
-  EXPECT_EQ(back.mru[0], QStringLiteral("/tmp/a.bmp"));
-  EXPECT_EQ(back.fmru[10], QStringLiteral("Courier New"));
-  EXPECT_EQ(back.ext[2], QStringLiteral(".GVS"));
-  EXPECT_EQ(back.customSizes[5], QSize(320, 240));
+  const Settings b = Load(Parse(Save(s).Serialize()));
+  EXPECT_EQ(std::tie(b.display.GWI, b.display.GHI, b.other.HCO_B10, b.customSizes[5]),
+            std::tuple(240, 160, 3, QSize(320, 240)));
+  EXPECT_EQ(std::tie(b.scan.tr, b.scan.td, b.scan.MSBF, b.fontVariant.wxof[kDmd], b.grid.C42,
+                     b.comment.HCO),
+            std::tuple(false, true, false, true, true, true));
+  EXPECT_EQ(QStringList({b.format.FXHB, b.format.sepst, b.animation.INCSYN,
+                         b.fontVariant.CARK[kBloc], b.grid.C42s, b.mru[0], b.fmru[10], b.ext[2]}),
+            QStringList({"0B", " ; ", "#include  ", "4", "replace=me", "/tmp/a.bmp", "Courier New",
+                         ".GVS"}));
 }
 
 TEST(SettingsFile, KeysThatDoNotReadBackReturnToTheirDefaults) {
   Settings s = DefaultSettings(kFolders);
-  s.layout.wew1 = QStringLiteral("1234");
-  s.vector.vecini = QStringLiteral("LCD.Begin");
+  s.layout.wew1 = "1234";
+  s.vector.vecini = "LCD.Begin";
   s.vector.wve = true;
   for (auto* flags : {&s.fontVariant.descsz, &s.fontVariant.descsz2, &s.fontVariant.csbits,
                       &s.fontVariant.csbits2}) {
     for (bool& b : *flags) b = !b;
   }
-  s.block.Endst = QStringLiteral("}; // graphics");
-  s.font.EndstF = QStringLiteral("}; // fonts");
+  s.block.Endst = "}; // graphics";
+  s.font.EndstF = "}; // fonts";
   const IniDocument file = Save(s);
-  EXPECT_EQ(file.Value(QStringLiteral("S13"), QStringLiteral("wew1")), QStringLiteral("1234"));
-  EXPECT_EQ(file.Value(QStringLiteral("B7"), QStringLiteral("descsz_d")), QStringLiteral("1"));
+  EXPECT_EQ(file.Value("S13", "wew1"), "1234");
+  EXPECT_EQ(file.Value("B7", "descsz_d"), "1");
   // Endst is written twice: the fonts' value, written second, is what the file keeps.
-  EXPECT_EQ(file.Value(QStringLiteral("S8"), QStringLiteral("Endst")),
-            QStringLiteral("}; // fonts"));
+  EXPECT_EQ(file.Value("S8", "Endst"), "}; // fonts");
 
   const Settings back = Load(file);
   const Settings factory = DefaultSettings(kFolders);
-  EXPECT_EQ(back.layout.wew1, QStringLiteral("900"));
-  EXPECT_EQ(back.vector.vecini, QStringLiteral("GCLD.Init"));
+  EXPECT_EQ(back.layout.wew1, "900");
+  EXPECT_EQ(back.vector.vecini, "GCLD.Init");
   EXPECT_FALSE(back.vector.wve);
-  EXPECT_EQ(back.fontVariant.descsz, factory.fontVariant.descsz);
-  EXPECT_EQ(back.fontVariant.descsz2, factory.fontVariant.descsz2);
-  EXPECT_EQ(back.fontVariant.csbits, factory.fontVariant.csbits);
-  EXPECT_EQ(back.fontVariant.csbits2, factory.fontVariant.csbits2);
-  EXPECT_EQ(back.block.Endst, QStringLiteral("}; // fonts"));
-  EXPECT_EQ(back.font.EndstF, QStringLiteral("};"));
+  const auto& f = factory.fontVariant;
+  EXPECT_EQ(std::tie(back.fontVariant.descsz, back.fontVariant.descsz2, back.fontVariant.csbits,
+                     back.fontVariant.csbits2),
+            std::tie(f.descsz, f.descsz2, f.csbits, f.csbits2));
+  EXPECT_EQ(back.block.Endst, "}; // fonts");
+  EXPECT_EQ(back.font.EndstF, "};");
 }
 
 TEST(SettingsFile, ReadOnlyKeysAreReadButNotWritten) {
   const Settings back = Load(Parse("[SX]\r\nrs48=1\r\n[S8]\r\nEndstF=x\r\n[B1]\r\ndescsz_d=1\r\n"));
   EXPECT_TRUE(back.serial.rs48);
-  EXPECT_EQ(back.font.EndstF, QStringLiteral("x"));
+  EXPECT_EQ(back.font.EndstF, "x");
   EXPECT_TRUE(back.fontVariant.descsz[kDmd]);
   const IniDocument again = Save(back);
-  EXPECT_FALSE(again.Value(QStringLiteral("SX"), QStringLiteral("rs48")));
+  EXPECT_FALSE(again.Value("SX", "rs48"));
 }
 
 TEST(SettingsFile, BadNumbersTakeDefaultsAndNamesIgnoreCase) {
-  const Settings s = Load(Parse("[b2]\r\ngwi=wide\r\nGHI=32\r\n[I5]\r\ntfp3=11\r\n[B18]\r\nACHB=0\r\n"
-                                "[s15]\r\nCHK=nope\r\n"));
+  const Settings s =
+      Load(Parse("[b2]\r\ngwi=wide\r\nGHI=32\r\n[I5]\r\ntfp3=11\r\n[B18]\r\nACHB=0\r\n"
+                 "[s15]\r\nCHK=nope\r\n"));
   EXPECT_EQ(s.display.GWI, 128);
   EXPECT_EQ(s.display.GHI, 32);
   EXPECT_EQ(s.touch.tfp3, 8);  // only 8, 10, 12, 16 and 24 are touch resolutions
   EXPECT_FALSE(s.other.achb);  // written to b18, read from B18: one section
-  EXPECT_EQ(Save(s).Value(QStringLiteral("S15"), QStringLiteral("chk")), QStringLiteral("check"));
+  EXPECT_EQ(Save(s).Value("S15", "chk"), "check");
   for (int good : {10, 12, 16, 24}) {
-    const Settings t = Load(Parse(QStringLiteral("[I5]\ntfp3=%1\n").arg(good).toUtf8()));
+    const Settings t = Load(Parse(QString("[I5]\ntfp3=%1\n").arg(good).toUtf8()));
     EXPECT_EQ(t.touch.tfp3, good);
   }
 }
@@ -152,24 +135,24 @@ TEST(SettingsFile, UnknownKeysAndSectionsAreCarriedThrough) {
   IniDocument doc = Parse("[B2]\r\nGWI=96\r\nFuture=7\r\n[Plugin]\r\nname=x\r\n");
   const Settings s = Load(doc);
   WriteSettings(s, doc);
-  EXPECT_EQ(doc.Value(QStringLiteral("B2"), QStringLiteral("Future")), QStringLiteral("7"));
-  EXPECT_EQ(doc.Value(QStringLiteral("Plugin"), QStringLiteral("name")), QStringLiteral("x"));
-  EXPECT_EQ(doc.Value(QStringLiteral("B2"), QStringLiteral("GWI")), QStringLiteral("96"));
+  EXPECT_EQ(doc.Value("B2", "Future"), "7");
+  EXPECT_EQ(doc.Value("Plugin", "name"), "x");
+  EXPECT_EQ(doc.Value("B2", "GWI"), "96");
   // Known keys of a section that already exists go after its own keys.
-  const QStringList keys = doc.Keys(QStringLiteral("B2"));
-  EXPECT_EQ(keys.mid(0, 2), (QStringList{QStringLiteral("GWI"), QStringLiteral("Future")}));
+  const QStringList keys = doc.Keys("B2");
+  EXPECT_EQ(keys.mid(0, 2), (QStringList{"GWI", "Future"}));
 }
 
 TEST(SettingsFile, RecentListsAreWrittenInFullAndSizesOnlyWhenUsed) {
   Settings s = DefaultSettings(kFolders);
   s.mru[1] = QString();  // an emptied slot is written as free
   const IniDocument doc = Save(s);
-  EXPECT_EQ(doc.Value(QStringLiteral("S18"), QStringLiteral("mru19")), QStringLiteral("_"));
-  EXPECT_EQ(doc.Value(QStringLiteral("S18"), QStringLiteral("mru1")), QStringLiteral("_"));
-  EXPECT_EQ(doc.Value(QStringLiteral("S19"), QStringLiteral("fmru10")), QStringLiteral("_"));
-  EXPECT_FALSE(doc.Value(QStringLiteral("S19"), QStringLiteral("fmru11")));
-  EXPECT_FALSE(doc.Value(QStringLiteral("I2"), QStringLiteral("cs0w")));
-  EXPECT_FALSE(doc.Value(QStringLiteral("FS0"), QStringLiteral("ext0")));
+  EXPECT_EQ(doc.Value("S18", "mru19"), "_");
+  EXPECT_EQ(doc.Value("S18", "mru1"), "_");
+  EXPECT_EQ(doc.Value("S19", "fmru10"), "_");
+  EXPECT_FALSE(doc.Value("S19", "fmru11"));
+  EXPECT_FALSE(doc.Value("I2", "cs0w"));
+  EXPECT_FALSE(doc.Value("FS0", "ext0"));
 
   // A freed user size that the file held is written back as a free slot.
   IniDocument withSize = Parse("[I2]\r\ncs3w=200\r\ncs3h=100\r\n");
@@ -177,7 +160,7 @@ TEST(SettingsFile, RecentListsAreWrittenInFullAndSizesOnlyWhenUsed) {
   EXPECT_EQ(loaded.customSizes[3], QSize(200, 100));
   loaded.customSizes[3] = QSize();
   WriteSettings(loaded, withSize);
-  EXPECT_EQ(withSize.Value(QStringLiteral("I2"), QStringLiteral("cs3w")), QStringLiteral("0"));
+  EXPECT_EQ(withSize.Value("I2", "cs3w"), "0");
 }
 
 }  // namespace
