@@ -363,8 +363,8 @@ int ParseExportOptions(const QStringList& args, ExportOptions& options, QTextStr
     return kExitUsage;
   }
   if (!options.outputWidth.isEmpty() && !convert::WordWidthFromName(options.outputWidth)) {
-    err << "vantorelle-cli: --output-width is 8, 16, 32, bin or ihex, not '"
-        << options.outputWidth << "'\n";
+    err << "vantorelle-cli: --output-width is 8, 16, 32, bin or ihex, not '" << options.outputWidth
+        << "'\n";
     return kExitUsage;
   }
   return kExitOk;

@@ -49,7 +49,7 @@ struct ArrayResult {
   QString arrayName;
   long long bytes = 0;     ///< values placed in the array
   long long valueCount = 0;  ///< values the walk produced, swallowed ones included
-  HeaderText header;       ///< the expanded header (positions, true origin)
+  HeaderText header;         ///< the expanded header (positions, true origin)
   /// With compression: its counters, and whether it saved nothing (the array is then the
   /// data as produced, without pointers).
   std::optional<CompressionCounters> compression;

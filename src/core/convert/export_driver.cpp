@@ -176,8 +176,8 @@ void WriteExportReport(app::AppState& state, app::Services& services, const Expo
   info.outputFileName = run.OutputFileName;
   info.dataFilePath = dataPath;
   info.arrayName = run.ArrayName;
-  info.fullScreen = run.area.left == 0 && run.area.top == 0 &&
-                    run.area.right == s.display.GWI && run.area.bottom == s.display.GHI;
+  info.fullScreen = run.area.left == 0 && run.area.top == 0 && run.area.right == s.display.GWI &&
+                    run.area.bottom == s.display.GHI;
   info.trueOrigin = run.header.trueOrigin;
   info.xText = run.header.xText;
   info.yText = run.header.yText;
@@ -188,11 +188,11 @@ void WriteExportReport(app::AppState& state, app::Services& services, const Expo
   info.bytes = run.valueCount;
   info.compression = run.compression;
   info.dataByteCount = run.DataByteCount;
-  convert::WriteExportReport(
-      state, services, s,
-      folder + QLatin1Char('/') + QFileInfo(run.OutputFileName).completeBaseName() +
-          QStringLiteral(".rtf"),
-      info);
+  convert::WriteExportReport(state, services, s,
+                             folder + QLatin1Char('/') +
+                                 QFileInfo(run.OutputFileName).completeBaseName() +
+                                 QStringLiteral(".rtf"),
+                             info);
 }
 /// The frame loop of an animation and its clip file.
 bool ExportAnimationFrames(app::AppState&, app::Services&, ExportRun&) { return false; }
@@ -647,7 +647,10 @@ bool WriteArray(app::AppState& state, app::Services& services, ExportRun& run) {
     run.intelHex = StartIntelHex(run.request.BytesPerLine, run.request.AddressDigits,
                                  run.request.AddressOffset);
   }
-  ArrayRequest request{s,
+  HexByteTarget* hexTarget = nullptr;
+  if (target == DataTarget::Binary) hexTarget = &binaryTarget;
+  if (target == DataTarget::IntelHex) hexTarget = &intelHexTarget;
+  const ArrayRequest request{s,
                              source,
                              run.area,
                              services.escape,
@@ -655,9 +658,8 @@ bool WriteArray(app::AppState& state, app::Services& services, ExportRun& run) {
                              LoadHeaderTemplate(templateFile),
                              templateFile,
                              DateText(services.clock),
-                             run.half};
-  if (target == DataTarget::Binary) request.hexTarget = &binaryTarget;
-  if (target == DataTarget::IntelHex) request.hexTarget = &intelHexTarget;
+                             run.half,
+                             hexTarget};
   ArrayResult result = convert::WriteArray(request, state.text);
   if (result.completed && result.compressionFailed) {
     // Runs too short to pay for their pointers: the array is written again, uncompressed.

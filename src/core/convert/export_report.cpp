@@ -79,7 +79,8 @@ bool NibbleMode(settings::PixelMode mode) {
 }
 
 QString TargetText(const settings::OutputFileSettings& o, bool animated) {
-  if (o.Asmf) return animated ? QStringLiteral("Assembler Files") : QStringLiteral("Assembler File : ");
+  if (o.Asmf)
+    return animated ? QStringLiteral("Assembler Files") : QStringLiteral("Assembler File : ");
   if (o.libf) return animated ? QStringLiteral("Library File") : QStringLiteral("Library File : ");
   if (o.basf) return animated ? QStringLiteral("Basic Files") : QStringLiteral("Basic File : ");
   if (o.cfil) return QStringLiteral("C File : ");
@@ -101,8 +102,9 @@ QStringList ExportReportParagraphs(const settings::Settings& s, const ExportRepo
              info.version
       << info.dateText << kRule;
   if (info.postProcessing) {
-    block({QStringLiteral("Text processing filename : ") + info.postProcessing->first,
-           QStringLiteral("Post-Processing : %1 occurences found").arg(info.postProcessing->second)});
+    block(
+        {QStringLiteral("Text processing filename : ") + info.postProcessing->first,
+         QStringLiteral("Post-Processing : %1 occurences found").arg(info.postProcessing->second)});
   }
   block({Paging(s.scan)});
 
@@ -182,8 +184,9 @@ QStringList ExportReportParagraphs(const settings::Settings& s, const ExportRepo
   QStringList sizes{QStringLiteral("%1 Bytes").arg(info.bytes)};
   if (w.D16bc || w.D32bc) sizes << QStringLiteral("%1 Words").arg(info.bytes / (w.D16bc ? 2 : 4));
   if (info.compression) {
-    sizes << QStringLiteral("Compressed data")
-          << QStringLiteral("%1 Bytes").arg(info.compression->DataBytes + info.compression->Pointers);
+    sizes
+        << QStringLiteral("Compressed data")
+        << QStringLiteral("%1 Bytes").arg(info.compression->DataBytes + info.compression->Pointers);
   }
   block(sizes);
   if (info.compression) block(CompressionStatistics(*info.compression, info.dataByteCount));
@@ -191,8 +194,9 @@ QStringList ExportReportParagraphs(const settings::Settings& s, const ExportRepo
 }
 
 QByteArray RtfDocument(const QStringList& paragraphs) {
-  QByteArray rtf("{\\rtf1\\ansi\\ansicpg1252\\deff0{\\fonttbl{\\f0\\fmodern Courier New;}}\r\n"
-                 "\\f0\\fs20\r\n");
+  QByteArray rtf(
+      "{\\rtf1\\ansi\\ansicpg1252\\deff0{\\fonttbl{\\f0\\fmodern Courier New;}}\r\n"
+      "\\f0\\fs20\r\n");
   for (const QString& paragraph : paragraphs) {
     for (const QChar c : paragraph) {
       const char16_t u = c.unicode();
@@ -216,10 +220,9 @@ bool WriteExportReport(app::AppState& state, app::Services& services,
                        const ExportReportInfo& info) {
   state.log.Laction = QStringLiteral("WriteExportReport");
   if (QFileInfo::exists(path) && services.fileUse.IsFileInUse(path)) {
-    app::MessageDlgA(state, services.dialogs,
-                     QStringLiteral(" RTF file was opened by another application ! "),
-                     QStringLiteral("Error"), 0, platform::Buttons::Ok,
-                     platform::DialogType::Error);
+    app::MessageDlgA(
+        state, services.dialogs, QStringLiteral(" RTF file was opened by another application ! "),
+        QStringLiteral("Error"), 0, platform::Buttons::Ok, platform::DialogType::Error);
     return false;
   }
   QDir().mkpath(QFileInfo(path).absolutePath());

@@ -31,8 +31,8 @@ struct ExportReportInfo {
   QString outputFileName;  ///< the data file's name, no folder
   QString dataFilePath;    ///< where the data file is written
   QString arrayName;
-  bool fullScreen = true;   ///< the area is the whole canvas
-  bool trueOrigin = false;  ///< the header template holds [&TRUEORG]
+  bool fullScreen = true;                       ///< the area is the whole canvas
+  bool trueOrigin = false;                      ///< the header template holds [&TRUEORG]
   QString xText, yText, rightText, bottomText;  ///< corners, the last pixel inclusive
   int width = 0;
   int height = 0;
@@ -60,10 +60,10 @@ QStringList ExportReportParagraphs(const settings::Settings& settings,
 /// characters beyond ASCII written as \uN.
 QByteArray RtfDocument(const QStringList& paragraphs);
 
-/// Writes the report of an export run with `settings` to `path`. A file that another program holds open is refused with
-/// " RTF file was opened by another application ! " (title "Error"); a failed write is logged
-/// as "Error While Trying to Make Document File !" and leaves the export as it is. Returns true
-/// when written.
+/// Writes the report of an export run with `settings` to `path`. A file that another program holds
+/// open is refused with " RTF file was opened by another application ! " (title "Error"); a failed
+/// write is logged as "Error While Trying to Make Document File !" and leaves the export as it is.
+/// Returns true when written.
 bool WriteExportReport(app::AppState& state, app::Services& services,
                        const settings::Settings& settings, const QString& path,
                        const ExportReportInfo& info);
