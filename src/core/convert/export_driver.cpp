@@ -475,7 +475,7 @@ ExportResult TranslateCanvas(app::AppState& state, app::Services& services,
   if (!completed || run.ExportAbort || run.ExportCancelled) {
     return ResultOf(run, run.ExportCancelled ? ExportStatus::Cancelled : ExportStatus::Stopped);
   }
-  state.text.SetModified(true);
+  if (DataTargetOf(run.settings.width) != DataTarget::Binary) state.text.SetModified(true);
   ExportResult result = ResultOf(run, ExportStatus::Written);
   if (stored.output.Dnask || request.saveAlways || !request.savePath.isEmpty()) {
     result.savedPath = SaveEditorText(state, services, run);
