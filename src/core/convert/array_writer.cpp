@@ -71,7 +71,9 @@ ArrayResult WriteArray(const ArrayRequest& request, app::TextBuffer& text) {
 
   std::optional<PointerText> pointers;
   std::optional<DataCompressor> compressor;
-  if (settings.pixel.ccomp && textTarget) {
+  // Runs are counted on monochrome bytes only; other modes never compress.
+  const auto mode = settings::CurrentPixelMode(settings);
+  if (settings.pixel.ccomp && textTarget && (!mode || settings::IsMonochromeMode(*mode))) {
     pointers.emplace(settings);
     compressor.emplace(header.dataByteCount, *pointers);
   }
