@@ -9,6 +9,7 @@
 #include "app/state.h"
 #include "convert/data_text.h"
 #include "convert/export_driver.h"
+#include "convert/output_width.h"
 #include "platform/clock.h"
 #include "platform/console/console_dialogs.h"
 #include "platform/folders.h"
@@ -318,6 +319,7 @@ struct ExportOptions {
   QString corner;
   QStringList assignments;
   QString output;  ///< empty: OFP under the output name
+  QString outputWidth;  ///< 8, 16, 32, bin or ihex; empty: as the settings say
 };
 
 /// Parses the export command's arguments; kExitUsage after telling why.
@@ -335,6 +337,8 @@ int ParseExportOptions(const QStringList& args, ExportOptions& options, QTextStr
       slot = &options.corner;
     else if (arg == QStringLiteral("-o") || arg == QStringLiteral("--output"))
       slot = &options.output;
+    else if (arg == QStringLiteral("--output-width"))
+      slot = &options.outputWidth;
     if (slot != nullptr || arg == QStringLiteral("--set")) {
       if (i + 1 >= args.size()) {
         err << "vantorelle-cli: " << arg << " needs a value\n";
@@ -354,7 +358,13 @@ int ParseExportOptions(const QStringList& args, ExportOptions& options, QTextStr
   }
   if (options.image.isEmpty()) {
     err << "vantorelle-cli: usage: vantorelle-cli export IMAGE [--settings FILE] [--mode NAME] "
-           "[--direction KEY] [--corner N] [--set KEY=VALUE]... [-o OUTPUT]\n";
+           "[--direction KEY] [--corner N] [--set KEY=VALUE]... [--output-width 8|16|32|bin|ihex] "
+           "[-o OUTPUT]\n";
+    return kExitUsage;
+  }
+  if (!options.outputWidth.isEmpty() && !convert::WordWidthFromName(options.outputWidth)) {
+    err << "vantorelle-cli: --output-width is 8, 16, 32, bin or ihex, not '" << options.outputWidth
+        << "'\n";
     return kExitUsage;
   }
   return kExitOk;
@@ -404,18 +414,11 @@ bool HoldsOnlyBlackAndWhite(const QImage& image) {
 }
 
 /// What the command line cannot export yet, with the reason; empty when the export may run.
-/// Compression is named only where the driver would run it: its own refusals come first.
 QString UnavailableExport(const settings::Settings& s) {
   const auto mode = settings::CurrentPixelMode(s);
   if (mode && !settings::IsMonochromeMode(*mode)) {
     return QStringLiteral("only the monochrome modes can be exported for now, not ") +
            settings::PixelModeName(*mode);
-  }
-  if (convert::DataTargetOf(s.width) != convert::DataTarget::Text) {
-    return QStringLiteral("binary and Intel Hex output cannot be exported for now");
-  }
-  if (s.pixel.ccomp && s.width.D8bc && !s.block.ColRx && s.pixel.bw8) {
-    return QStringLiteral("data compression cannot be exported for now (set ccomp=0)");
   }
   return {};
 }
@@ -464,6 +467,9 @@ int RunExport(const QStringList& args, app::AppState& state, app::Services& serv
     }
   }
   if (status != kExitOk) return status;
+  if (!options.outputWidth.isEmpty()) {
+    convert::SelectOutputWidth(state, *convert::WordWidthFromName(options.outputWidth));
+  }
 
   if (const QString reason = UnavailableExport(state.settings); !reason.isEmpty()) {
     err << "vantorelle-cli: " << reason << '\n';
@@ -526,14 +532,16 @@ QString HelpText() {
              "  settings --settings FILE size WxH\n"
              "      Select a display size: a preset, or a user size of at most 1024x768.\n"
              "  export IMAGE [--settings FILE] [--mode NAME] [--direction KEY] [--corner N]\n"
-             "         [--set KEY=VALUE]... [-o OUTPUT]\n"
+             "         [--set KEY=VALUE]... [--output-width 8|16|32|bin|ihex] [-o OUTPUT]\n"
              "      Export the picture as a data array, as \"Export Work Canvas to Data\" does.\n"
              "      The display takes the picture's size; --mode, --direction, --corner and\n"
-             "      --set (in that order, with the checks above) apply to this export only.\n"
+             "      --set (in that order, with the checks above) and --output-width (words of\n"
+             "      8, 16 or 32 bits, a binary file or Intel Hex) apply to this export only.\n"
              "      Without --settings the desktop program's active project is used. The\n"
              "      array is named after IMAGE and written to OUTPUT, or to the output\n"
-             "      folder (OFP) under the output name; the path written is printed. For now\n"
-             "      monochrome text output of black-and-white pictures only.\n"
+             "      folder (OFP) under the output name; the path written is printed. The\n"
+             "      export report (.rtf) goes beside OUTPUT, else to the project folder. For now\n"
+             "      monochrome output of black-and-white pictures only.\n"
              "\n"
              "A missing FILE is created with the factory settings. Messages go to standard\n"
              "error; a refused change exits with status 1 and leaves FILE as it was, a usage\n"

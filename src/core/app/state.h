@@ -3,6 +3,7 @@
 
 #include <QString>
 
+#include "app/hex_buffer.h"
 #include "app/log.h"
 #include "app/text_buffer.h"
 #include "app/mode_flags.h"
@@ -38,6 +39,7 @@ struct AppState {
   FileNames files;
   Log log;
   TextBuffer text;  ///< the text editor's current document
+  HexBuffer hex;    ///< the hex editor's bytes (binary output)
   int ModeChoice = 0;  ///< answer code of the last dialog
   QString LastMessageText;  ///< console mode: the previous message, to detect repeats
 };

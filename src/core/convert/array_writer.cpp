@@ -51,30 +51,70 @@ ArrayResult WriteArray(const ArrayRequest& request, app::TextBuffer& text) {
   header.width = width;
   header.height = height;
   const HeaderText built = BuildHeader(settings, header);
-  result.warning = built.warning;
+  const bool textTarget = DataTargetOf(settings.width) == DataTarget::Text;
+  if (textTarget) result.warning = built.warning;
+  result.header = built;
 
   DataTextOptions options;
   options.eol = EndOfLineFlagsOf(settings.format);
   options.dataByteCount = header.dataByteCount;
   DataTextWriter writer(settings, text, options);
+  writer.SetHexByteTarget(request.hexTarget);
 
-  PreambleInfo preamble;
-  preamble.version = kGeneratedVersionText;
-  preamble.dateText = request.dateText;
-  preamble.compressed = settings.pixel.ccomp;
-  writer.WriteDataPreamble(preamble, built);
+  if (textTarget) {
+    PreambleInfo preamble;
+    preamble.version = kGeneratedVersionText;
+    preamble.dateText = request.dateText;
+    preamble.compressed = settings.pixel.ccomp;
+    writer.WriteDataPreamble(preamble, built);
+  }
 
+  std::optional<PointerText> pointers;
+  std::optional<DataCompressor> compressor;
+  // Runs are counted on monochrome bytes only; other modes never compress.
+  const auto mode = settings::CurrentPixelMode(settings);
+  if (settings.pixel.ccomp && textTarget && (!mode || settings::IsMonochromeMode(*mode))) {
+    pointers.emplace(settings);
+    compressor.emplace(header.dataByteCount, *pointers);
+  }
   ConversionCursor cursor;
-  WalkRequest walk{settings, request.source, PackerStages{writer}, request.keyPoll, area};
+  WalkRequest walk{settings, request.source,
+                   PackerStages{writer, compressor ? &*compressor : nullptr}, request.keyPoll,
+                   area};
   walk.lowerHalf = request.half == HalfExport::Lower;
   result.completed = WalkArea(walk, cursor);
   result.bytes = writer.ArrayBytes();
-  if (!result.completed) return result;
+  result.valueCount = static_cast<long long>(cursor.ByteCount);
+  if (!result.completed || !textTarget) return result;
 
   DataEndInfo end;
   end.reportName = result.arrayName + QStringLiteral(".rtf");
   end.width = width;
   end.height = height;
+  if (compressor) {
+    const CompressionCounters& counters = compressor->Counters();
+    result.compression = counters;
+    if (SavedBytes(counters, header.dataByteCount) >= 1) {
+      // The second pane: the rest of the [&COMPRESSION] line (or the note of a template
+      // without it), the pointer array's declaration, the pointers.
+      CompressedArrayEnd compressed;
+      compressed.pointerPane << (built.hasCompressionToken ? QString() : built.compressionNote);
+      if (built.hasCompressionToken && !settings.comment.Noh) {
+        // As the header: trailing blanks (the template's padding) cut.
+        for (QString line : built.compressedHeader.split(QLatin1Char('\n'))) {
+          while (line.endsWith(QLatin1Char(' '))) line.chop(1);
+          compressed.pointerPane << line;
+        }
+      }
+      compressed.pointerPane << pointers->Finish();
+      compressed.bytes = counters.DataBytes + counters.Pointers;
+      compressed.statistics = CompressionStatistics(counters, header.dataByteCount);
+      end.compressed = true;
+      end.compression = compressed;
+    } else {
+      result.compressionFailed = true;
+    }
+  }
   writer.WriteDataEnd(built, end);
   return result;
 }

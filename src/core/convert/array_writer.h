@@ -5,6 +5,8 @@
 #include <optional>
 
 #include "app/text_buffer.h"
+#include "convert/compression.h"
+#include "convert/data_text.h"
 #include "convert/header_template.h"
 #include "convert/pixel_source.h"
 #include "convert/scan_walker.h"
@@ -36,6 +38,8 @@ struct ArrayRequest {
   QString templateFileName;            ///< named in the missing-template warning
   QString dateText;                    ///< date and time of the export
   HalfExport half = HalfExport::None;
+  /// Receives the bytes of a binary or Intel Hex target (no text is written then).
+  HexByteTarget* hexTarget = nullptr;
 };
 
 /// What writing the array left.
@@ -44,11 +48,19 @@ struct ArrayResult {
   QString warning;         ///< the missing-template warning, for the caller to show
   QString arrayName;
   long long bytes = 0;     ///< values placed in the array
+  long long valueCount = 0;  ///< values the walk produced, swallowed ones included
+  HeaderText header;         ///< the expanded header (positions, true origin)
+  /// With compression: its counters, and whether it saved nothing (the array is then the
+  /// data as produced, without pointers).
+  std::optional<CompressionCounters> compression;
+  bool compressionFailed = false;
 };
 
 /// Writes one array into `text`: the header from the template, the comment preamble, the walk
 /// of the area through the packers, and the end of the array with its descriptors and closing
-/// comments. A stopped walk leaves what was written so far, without the end.
+/// comments. A stopped walk leaves what was written so far, without the end. A binary or Intel
+/// Hex target gets the bytes alone. With ccomp the values pass the compression; when it saves
+/// bytes the pointer array and the statistics follow the data array.
 ArrayResult WriteArray(const ArrayRequest& request, app::TextBuffer& text);
 
 }  // namespace vt::convert

@@ -96,13 +96,13 @@ void DataTextWriter::EmitValue(int value, bool endOfPixel) {
   const bool last =
       lastMarked_ || (options_.dataByteCount > 0 && valueCount_ == options_.dataByteCount);
   lastMarked_ = false;
-  const int byte = settings_.pixel.Neg ? 255 - value : value;
-
   if (target_ != DataTarget::Text) {
-    // Binary and Intel Hex targets take bytes, not text: the byte target builds the file.
-    if (hexTarget_) hexTarget_->AppendHexByte(TwoHexDigits(byte));
+    // Binary and Intel Hex targets take the bytes as they are (no Neg): the byte target
+    // builds the file.
+    if (hexTarget_) hexTarget_->AppendHexByte(TwoHexDigits(value));
     return;
   }
+  const int byte = settings_.pixel.Neg ? 255 - value : value;
 
   if (dealPlanes_) {
     if (!pairPending_) {
@@ -444,6 +444,16 @@ void DataTextWriter::WriteDataEnd(const HeaderText& header, const DataEndInfo& i
   const settings::Settings& s = settings_;
   if (secondPlane_) secondPlane_->FinishArray();
   FinishArray();
+  if (info.compression) {
+    text_.AddLine(QString());
+    if (s.comment.Noh) text_.AddLine(s.block.begds);
+    const QStringList& pane = info.compression->pointerPane;
+    for (qsizetype i = 1; i < pane.size(); ++i) {
+      if (pane[i].isEmpty() && text_.LastLine().isEmpty()) continue;
+      text_.AddLine(pane[i]);
+    }
+    text_.AddLine(s.block.Endst);
+  }
 
   const QString name = header.linePrefix + QLatin1Char(' ') + header.arrayName;
   const QString end = QLatin1Char(' ') + s.block.EODS;
@@ -474,8 +484,10 @@ void DataTextWriter::WriteDataEnd(const HeaderText& header, const DataEndInfo& i
   if (s.comment.Noonts) return;
 
   // The count: bytes, or words of 16 or 32 bits (a compressed array counts bytes).
-  const bool words = wordBytes_ > 1 && !info.compressed;
-  const long long count = words ? arrayBytes_ / wordBytes_ : arrayBytes_;
+  const bool words = wordBytes_ > 1 && !info.compressed && !info.compression;
+  const long long count = info.compression ? info.compression->bytes
+                          : words          ? arrayBytes_ / wordBytes_
+                                           : arrayBytes_;
   if (style_.c) {
     text_.AddLine(QStringLiteral("/******************/"));
     text_.AddLine(QStringLiteral("/* %1 %2 */")
@@ -494,6 +506,12 @@ void DataTextWriter::WriteDataEnd(const HeaderText& header, const DataEndInfo& i
     text_.AddLine(c + QStringLiteral("  End of LCD Pattern  "));
     if (!info.animated) {
       text_.AddLine(c + QStringLiteral("  Save table and see info file ") + info.reportName);
+    }
+  }
+  if (info.compression) {
+    text_.AddLine(QString());
+    for (const QString& line : info.compression->statistics) {
+      text_.AddLine(style_.opener + QLatin1Char(' ') + line + style_.closer);
     }
   }
 }

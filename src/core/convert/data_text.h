@@ -9,6 +9,7 @@
 #include <QStringList>
 #include <array>
 #include <memory>
+#include <optional>
 
 #include "app/text_buffer.h"
 #include "convert/constant_format.h"
@@ -65,6 +66,13 @@ struct PreambleInfo {
   int frameCount = 0;  ///< in animation: number of frames
 };
 
+/// A kept compression: the pointer array follows the data array.
+struct CompressedArrayEnd {
+  QStringList pointerPane;  ///< the second pane; its first line stays there
+  long long bytes = 0;      ///< DataBytes + Pointers: the count of the closing comment
+  QStringList statistics;   ///< the statistics, plain lines
+};
+
 /// What the end of the array needs besides the settings and the header.
 struct DataEndInfo {
   QString reportName;  ///< name of the info file the closing comment points to
@@ -74,6 +82,10 @@ struct DataEndInfo {
   int height = 0;
   /// Pixels per byte for the page count; 0 takes PixelsPerByte of the settings (1 with NOMAT).
   double pixelsPerByte = 0.0;
+  /// Set when the compression saved bytes: the pointer array is written after the data
+  /// array (begds first with Noh), its count is the closing comment's, and the statistics
+  /// end the text unless Noonts.
+  std::optional<CompressedArrayEnd> compression;
 };
 
 /// The line builder of the data text: one per export, writing into a TextBuffer. It takes the
@@ -126,6 +138,8 @@ class DataTextWriter final : public ValueSink {
   /// mark before the first run of four blanks (or at the end), deletes a final "#", removes the
   /// leading zeros of the line in front of the picture, and writes the line.
   void CloseLine();
+  /// Closes the line in progress with its end mark however few constants it holds.
+  void CloseFinalLine() { CloseLine(true); }
 
   /// The comment lines before the array (unless Noonts), then the header text line by line
   /// (unless Noh: then begds, or fpar13 with ColRx). Header lines: CU8 word type, trailing

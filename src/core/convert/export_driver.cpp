@@ -17,6 +17,7 @@
 #include "convert/array_writer.h"
 #include "convert/constant_format.h"
 #include "convert/data_text.h"
+#include "convert/export_report.h"
 #include "platform/clock.h"
 #include "settings/geometry.h"
 #include "settings/pixel_modes.h"
@@ -127,23 +128,75 @@ void PasteFloatingSelection(app::AppState& state, ExportRun& run) {
 }
 /// The search and replace grid over the main editor (asrg, text output only).
 void RunSearchReplaceGrid(app::AppState&, const ExportRun&) {}
-/// Intel Hex: the last partial record and ":00000001FF"; binary: the size in the status.
-void FinishByteTarget(app::AppState&, const ExportRun&) {}
+/// The file the run saves to: the request's path, or OFP + "/" + OutputFileName.
+QString OutputPath(const app::AppState& state, const ExportRun& run) {
+  return run.request.savePath.isEmpty()
+             ? state.settings.folder.OFP + QLatin1Char('/') + run.OutputFileName
+             : run.request.savePath;
+}
+
+/// Intel Hex: the last partial record and ":00000001FF"; binary: the size in the status, and
+/// the hex editor read-only with HexRo. Nothing for an export that stopped.
+void FinishByteTarget(app::AppState& state, ExportRun& run) {
+  if (run.ExportAbort || run.ExportCancelled) return;
+  switch (DataTargetOf(run.settings.width)) {
+    case DataTarget::IntelHex:
+      FinishIntelHex(run.intelHex, state.text);
+      state.log.StatusBarAndLog(QStringLiteral("Convert canvas to BIN file"));
+      break;
+    case DataTarget::Binary:
+      state.log.StatusBarAndLog(QStringLiteral("%1 Bytes").arg(state.hex.Size()));
+      if (run.settings.other.HexRo) state.hex.SetReadOnly(true);
+      break;
+    case DataTarget::Text:
+      break;
+  }
+}
 /// The text post-processing batch (Autop) and its notice.
 void RunPostProcessing(app::AppState&, app::Services&, const ExportRun&) {}
-/// The export report document.
-void WriteExportReport(app::AppState&, const ExportRun&) {}
+/// The export report document, PFP + "/" + the output name + ".rtf" (beside the data file when
+/// the request names its path or no project folder is set).
+void WriteExportReport(app::AppState& state, app::Services& services, const ExportRun& run) {
+  const settings::Settings& s = run.settings;
+  const QString dataPath = OutputPath(state, run);
+  const QString folder = run.request.savePath.isEmpty() && !s.folder.PFP.isEmpty()
+                             ? s.folder.PFP
+                             : QFileInfo(dataPath).absolutePath();
+  ExportReportInfo info;
+  info.version = kGeneratedVersionText;
+  info.dateText = DateText(services.clock);
+  info.outputFileName = run.OutputFileName;
+  info.dataFilePath = dataPath;
+  info.arrayName = run.ArrayName;
+  info.fullScreen = run.area.left == 0 && run.area.top == 0 && run.area.right == s.display.GWI &&
+                    run.area.bottom == s.display.GHI;
+  info.trueOrigin = run.header.trueOrigin;
+  info.xText = run.header.xText;
+  info.yText = run.header.yText;
+  info.rightText = run.header.rightText;
+  info.bottomText = run.header.bottomText;
+  info.width = std::max(0, run.area.right - run.area.left);
+  info.height = std::max(0, run.area.bottom - run.area.top);
+  info.bytes = run.valueCount;
+  info.compression = run.compression;
+  info.dataByteCount = run.DataByteCount;
+  convert::WriteExportReport(state, services, s,
+                             folder + QLatin1Char('/') +
+                                 QFileInfo(run.OutputFileName).completeBaseName() +
+                                 QStringLiteral(".rtf"),
+                             info);
+}
 /// The frame loop of an animation and its clip file.
 bool ExportAnimationFrames(app::AppState&, app::Services&, ExportRun&) { return false; }
 
 /// Saves the editor where the run asks: the request's path, or OFP + "/" + OutputFileName.
 /// Returns the path written, or empty after telling of a failure.
 QString SaveEditorText(app::AppState& state, app::Services& services, const ExportRun& run) {
-  const QString path = run.request.savePath.isEmpty()
-                           ? state.settings.folder.OFP + QLatin1Char('/') + run.OutputFileName
-                           : run.request.savePath;
+  const QString path = OutputPath(state, run);
   QDir().mkpath(QFileInfo(path).absolutePath());
-  const Result<bool> saved = state.text.SaveToFile(path, state.settings.output.crlf);
+  const Result<bool> saved = DataTargetOf(run.settings.width) == DataTarget::Binary
+                                 ? state.hex.SaveToFile(path)
+                                 : state.text.SaveToFile(path, state.settings.output.crlf);
   if (!saved) {
     state.log.HandledExcept(QStringLiteral("Save exported data"));
     Tell(state, services, saved.error().ToString(), QStringLiteral("Error"), DialogType::Error);
@@ -418,7 +471,7 @@ ExportResult TranslateCanvas(app::AppState& state, app::Services& services,
   if (!completed || run.ExportAbort || run.ExportCancelled) {
     return ResultOf(run, run.ExportCancelled ? ExportStatus::Cancelled : ExportStatus::Stopped);
   }
-  state.text.SetModified(true);
+  if (DataTargetOf(run.settings.width) != DataTarget::Binary) state.text.SetModified(true);
   ExportResult result = ResultOf(run, ExportStatus::Written);
   if (stored.output.Dnask || request.saveAlways || !request.savePath.isEmpty()) {
     result.savedPath = SaveEditorText(state, services, run);
@@ -536,7 +589,7 @@ bool ExportFrames(app::AppState& state, app::Services& services, ExportRun& run)
   if (state.modes.AnimationActive) return ExportAnimationFrames(state, services, run);
   const bool written = WriteArray(state, services, run);
   if (written && !run.ExportAbort && !run.ExportCancelled && !s.post.Autop) {
-    WriteExportReport(state, run);
+    WriteExportReport(state, services, run);
   }
   return written;
 }
@@ -546,8 +599,14 @@ bool WriteArray(app::AppState& state, app::Services& services, ExportRun& run) {
   const settings::Settings& s = run.settings;
   const CanvasSelection& sel = run.selection;
 
-  // Each array starts in an empty editor with a new line builder.
-  state.text.Clear();
+  // Each array starts in an empty editor with a new line builder; binary output in an empty
+  // hex editor.
+  const DataTarget target = DataTargetOf(s.width);
+  if (target == DataTarget::Binary) {
+    state.hex.Clear();
+  } else {
+    state.text.Clear();
+  }
 
   if (s.pixel.ST7 && !s.pixel.G16) {
     Tell(state, services,
@@ -579,6 +638,15 @@ bool WriteArray(app::AppState& state, app::Services& services, ExportRun& run) {
   run.DataByteCount = DataByteCount(s, width, height);
   const QString templateFile = HeaderFileName(state.files.SettingsFile, HeaderKind::Graphics);
   const ImagePixelSource source(state.canvas.Bitmap());
+  HexEditorTarget binaryTarget(state.hex);
+  IntelHexTarget intelHexTarget(run.intelHex, state.text);
+  if (target == DataTarget::IntelHex) {
+    run.intelHex = StartIntelHex(run.request.BytesPerLine, run.request.AddressDigits,
+                                 run.request.AddressOffset);
+  }
+  HexByteTarget* hexTarget = nullptr;
+  if (target == DataTarget::Binary) hexTarget = &binaryTarget;
+  if (target == DataTarget::IntelHex) hexTarget = &intelHexTarget;
   const ArrayRequest request{s,
                              source,
                              run.area,
@@ -587,8 +655,22 @@ bool WriteArray(app::AppState& state, app::Services& services, ExportRun& run) {
                              LoadHeaderTemplate(templateFile),
                              templateFile,
                              DateText(services.clock),
-                             run.half};
-  const ArrayResult result = convert::WriteArray(request, state.text);
+                             run.half,
+                             hexTarget};
+  ArrayResult result = convert::WriteArray(request, state.text);
+  if (result.completed && result.compressionFailed) {
+    // Runs too short to pay for their pointers: the array is written again, uncompressed.
+    Tell(state, services,
+         QStringLiteral("No efficient data compression possible with this frame ! Uncompressed "
+                        "data generated "),
+         QStringLiteral("Warning"), DialogType::Warning);
+    run.settings.pixel.ccomp = false;
+    state.text.Clear();
+    result = convert::WriteArray(request, state.text);
+  }
+  run.header = result.header;
+  run.valueCount = result.valueCount;
+  run.compression = result.compressionFailed ? std::nullopt : result.compression;
   if (!result.warning.isEmpty()) {
     Tell(state, services, result.warning, QStringLiteral("Warning"), DialogType::Warning);
   }

@@ -10,8 +10,11 @@
 #include <QImage>
 #include <QList>
 #include <QString>
+#include <optional>
 
+#include "convert/compression.h"
 #include "convert/header_template.h"
+#include "convert/intel_hex.h"
 #include "convert/scan_walker.h"
 #include "settings/settings.h"
 
@@ -125,6 +128,10 @@ struct ExportRun {
   QString ArrayName;
   int EncodedFrame = 0;
   QString selectionCorners;  ///< "X1,Y1,X2,Y2" with the last pixel inclusive, for the report
+  IntelHexState intelHex;    ///< the Intel Hex record builder
+  HeaderText header;         ///< the header of the array written
+  long long valueCount = 0;  ///< values the walk produced
+  std::optional<CompressionCounters> compression;  ///< a compression that was kept
 };
 
 /// What an export left.

@@ -343,6 +343,7 @@ HeaderText BuildHeader(const settings::Settings& settings, const HeaderRequest& 
 
   // [&TRUEORG] switches the position texts to the origin corner of the display.
   if (ReplaceToken(text, QStringLiteral("[&TRUEORG]"), {})) {
+    out.trueOrigin = true;
     const settings::ScanSettings& scan = settings.scan;
     const int gwi = settings.display.GWI;
     const int ghi = settings.display.GHI;

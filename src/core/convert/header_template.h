@@ -83,6 +83,7 @@ struct HeaderText {
   QString secondPlaneHeader;  ///< two-page gray: the header of the second plane
   QString xText;              ///< position texts, after the true origin when [&TRUEORG] is set
   QString yText;
+  bool trueOrigin = false;  ///< the template holds [&TRUEORG]
   QString rightText;
   QString bottomText;
   /// Non-empty when the template is missing: the text to show with the title "Warning".
