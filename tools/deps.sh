@@ -2,7 +2,7 @@
 # Installs the Debian packages the build and the tests need, only those that are missing.
 set -euo pipefail
 packages=(build-essential cmake ninja-build ccache pkg-config
-  qt6-base-dev qt6-svg-dev libqt6serialport6-dev libgl-dev
+  qt6-base-dev qt6-svg-dev qt6-image-formats-plugins libqt6serialport6-dev libgl-dev
   libgtest-dev libgmock-dev clang xvfb xauth potrace binutils)
 missing=()
 for p in "${packages[@]}"; do

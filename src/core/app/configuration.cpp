@@ -92,6 +92,14 @@ QString ReadFirstLine(const QString& path) {
 
 }  // namespace
 
+bool TransfertInits(AppState& state, Services& services) {
+  const QString transfer = Join(services.folders.Documents(), kTransferFolder);
+  QDir(transfer).removeRecursively();
+  const bool copied = CopyFolder(InitFolderPath(services.folders), transfer);
+  if (!copied) state.log.HandledExcept(QStringLiteral("Transfert Inits"));
+  return copied;
+}
+
 QString InitFolderPath(const platform::Folders& folders) {
   return Join(folders.Documents(), QStringLiteral("Vantorelle inits" VT_VERSION_SUFFIX)) +
          QLatin1Char('/');

@@ -25,6 +25,10 @@ settings::FolderDefaults FirstRunFolders(const platform::Folders& folders);
 /// the samples copied. Sets `state.files.SettingsFile`, `InitFolder`, `FirstRun`.
 void LoadFolders(AppState& state, Services& services);
 
+/// Copies the init folder, whole, to "<Documents>/Vantorelle inits xfer", from where the first
+/// start of a later version (whose init folder has another suffix) takes its settings.
+bool TransfertInits(AppState& state, Services& services);
+
 /// Rewrites the init file with the active settings file. False, after telling the user, when the
 /// init file is held by another program or cannot be written.
 bool SaveFolders(AppState& state, Services& services);

@@ -1,0 +1,228 @@
+// SPDX-License-Identifier: MIT
+#include "canvas/graphic_loading.h"
+
+#include <QBuffer>
+#include <QFile>
+#include <QFileInfo>
+#include <QImageReader>
+#include <QPainter>
+#include <QSvgRenderer>
+
+#include "app/messages.h"
+#include "app/output_naming.h"
+#include "canvas/canvas_commands.h"
+#include "platform/dialogs.h"
+#include "settings/pixel_modes.h"
+
+namespace vt::canvas {
+namespace {
+
+using platform::DialogType;
+namespace Buttons = platform::Buttons;
+namespace Answer = platform::Answer;
+
+const QString kLoadErrorTitle = QStringLiteral("Loading a Graphic Error");
+
+Error LoadError(const QString& path, const QString& message, Error::Kind kind = Error::Kind::Io) {
+  Error e;
+  e.kind = kind;
+  e.path = path;
+  e.message = message;
+  return e;
+}
+
+/// A frame as the canvas holds pictures: 24-bit, transparency laid on white.
+QImage Opaque(const QImage& frame) {
+  if (!frame.hasAlphaChannel()) return frame.convertToFormat(QImage::Format_RGB32);
+  QImage out(frame.size(), QImage::Format_RGB32);
+  out.fill(Qt::white);
+  QPainter painter(&out);
+  painter.drawImage(0, 0, frame);
+  return out;
+}
+
+bool TooLarge(QSize size) {
+  return size.isValid() && qint64(size.width()) * size.height() > kMaxGraphicPixels;
+}
+
+QString SizeText(int h, int w) { return QStringLiteral("H : %1 W : %2").arg(h).arg(w); }
+
+bool IsBlackAndWhite(const QImage& picture) {
+  for (int y = 0; y < picture.height(); ++y) {
+    const auto* row = reinterpret_cast<const QRgb*>(picture.constScanLine(y));
+    for (int x = 0; x < picture.width(); ++x) {
+      const QRgb v = row[x] & 0x00FFFFFFu;
+      if (v != 0 && v != 0x00FFFFFFu) return false;
+    }
+  }
+  return true;
+}
+
+}  // namespace
+
+Result<DecodedGraphic> DecodeGraphic(const QString& path, QSize svgSize) {
+  const QString suffix = QFileInfo(path).suffix();
+  if (!IsGraphicExtension(suffix)) {
+    return LoadError(path, QStringLiteral("not a graphic file"), Error::Kind::Refused);
+  }
+  QFile file(path);
+  if (!file.open(QIODevice::ReadOnly)) return LoadError(path, file.errorString());
+  // No picture file the canvas can hold comes near this; a larger one is refused unread.
+  if (file.size() > kMaxGraphicPixels * 4) {
+    return LoadError(path, QStringLiteral("file too large"), Error::Kind::Limit);
+  }
+  return DecodeGraphicBytes(file.readAll(), suffix, svgSize, path);
+}
+
+bool IsGraphicExtension(const QString& suffix) {
+  static const QStringList kKinds = {
+      QStringLiteral("GIF"), QStringLiteral("JPG"),  QStringLiteral("JPEG"),
+      QStringLiteral("PNG"), QStringLiteral("ICO"),  QStringLiteral("BMP"),
+      QStringLiteral("TIF"), QStringLiteral("TIFF"), QStringLiteral("SVG")};
+  return kKinds.contains(suffix.toUpper());
+}
+
+Result<DecodedGraphic> DecodeGraphicBytes(const QByteArray& bytes, const QString& suffix,
+                                          QSize svgSize, const QString& path) {
+  DecodedGraphic g;
+  g.ImportExtension = QLatin1Char('.') + suffix.toUpper();
+  if (suffix.toUpper() == QLatin1String("SVG")) {
+    QSvgRenderer renderer(bytes);
+    if (!renderer.isValid()) return LoadError(path, QStringLiteral("not a valid SVG picture"));
+    if (svgSize.isEmpty()) svgSize = renderer.defaultSize();
+    if (svgSize.isEmpty() || TooLarge(svgSize)) {
+      return LoadError(path, QStringLiteral("SVG picture size out of range"), Error::Kind::Limit);
+    }
+    QImage out(svgSize, QImage::Format_RGB32);
+    out.fill(Qt::white);
+    QPainter painter(&out);
+    renderer.render(&painter);
+    g.frames.append(out);
+    return g;
+  }
+  QBuffer buffer;
+  buffer.setData(bytes);
+  buffer.open(QIODevice::ReadOnly);
+  QImageReader reader(&buffer);
+  // Limits are checked on the header before any pixel is read, so an enormous or hostile
+  // header costs nothing.
+  if (TooLarge(reader.size())) {
+    return LoadError(path,
+                     QStringLiteral("picture of %1 x %2 pixels is too large")
+                         .arg(reader.size().width())
+                         .arg(reader.size().height()),
+                     Error::Kind::Limit);
+  }
+  reader.setAllocationLimit(int(kMaxGraphicPixels * 4 / (1024 * 1024)) + 1);
+  const bool animated = suffix.toUpper() == QLatin1String("GIF");
+  do {
+    QImage frame = reader.read();
+    if (frame.isNull()) {
+      if (!g.frames.isEmpty()) break;  // the frames before a damaged one are kept
+      return LoadError(path, reader.errorString(), Error::Kind::Parse);
+    }
+    g.frames.append(Opaque(frame));
+    if (animated) g.delays.append(reader.nextImageDelay());
+  } while (animated && reader.canRead() && g.frames.size() < 10000);
+  return g;
+}
+
+QImage PropotionalResize(const QImage& picture, QSize limit) {
+  if (picture.isNull() || limit.isEmpty()) return picture;
+  const double scale =
+      std::min(double(limit.width()) / picture.width(), double(limit.height()) / picture.height());
+  const QSize size(std::max(1, int(picture.width() * scale)),
+                   std::max(1, int(picture.height() * scale)));
+  return picture.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+      .convertToFormat(QImage::Format_RGB32);
+}
+
+bool ImportImageMDIChild(app::AppState& state, app::Services& services, const QString& path,
+                         bool isFolder) {
+  state.log.Laction = QStringLiteral("Import Image MDI Child");
+  const auto refuse = [&](const QString& text) {
+    app::MessageDlgA(state, services.dialogs, text, kLoadErrorTitle, 0, Buttons::Ok,
+                     DialogType::Error);
+    return false;
+  };
+  if (isFolder) return refuse(QStringLiteral(" Please select file to import in the File List ! "));
+  QImage picture;
+  if (QFileInfo(path).fileName().compare(QStringLiteral("Newfile.bmp"), Qt::CaseInsensitive) == 0) {
+    picture = QImage(state.canvas.Width(), state.canvas.Height(), QImage::Format_RGB32);
+    picture.fill(Qt::white);
+  } else {
+    const Result<DecodedGraphic> decoded =
+        DecodeGraphic(path, QSize(state.canvas.Width(), state.canvas.Height()));
+    if (!decoded) {
+      if (decoded.error().kind == Error::Kind::Refused) {
+        return refuse(QFileInfo(path).fileName() +
+                      QStringLiteral(" is is not a valid graphic file ! "));
+      }
+      state.log.StatusBarAndLog(decoded.error().ToString());
+      return refuse(QStringLiteral("Graphic loading Error"));
+    }
+    picture = decoded.value().frames.first();
+  }
+  state.settings.output.nbmfn = QFileInfo(path).fileName();
+  app::defineOutputFileName(state);
+  AssignInPutBitmap(state, services, picture, true);
+  return true;
+}
+
+void AssignInPutBitmap(app::AppState& state, app::Services& services, QImage picture,
+                       bool fromFile) {
+  state.log.Laction = QStringLiteral("Assign Input Bitmap");
+  FloatingSelection& selection = state.canvas.Selection();
+  const SelectionRect frame = selection.Rect();
+  const bool toFrame = !frame.IsEmpty();
+  const QSize limit = toFrame ? QSize(frame.Width(), frame.Height())
+                              : QSize(state.canvas.Width(), state.canvas.Height());
+  if (picture.width() > limit.width() || picture.height() > limit.height()) {
+    state.log.StatusBarAndLog(QStringLiteral("Image size larger than Work Canvas Dialog"));
+    const QString pictureSize = SizeText(picture.height(), picture.width());
+    const QString text =
+        toFrame
+            ? QStringLiteral(" Selection Frame Size = ") + SizeText(limit.height(), limit.width()) +
+                  QStringLiteral("\r Image size larger than Selection Frame \r Image Size = ") +
+                  pictureSize + QStringLiteral("\r Resize graphic to fit Work Canvas ? ")
+        : fromFile
+            ? QStringLiteral(" Picture size larger than Work Canvas   \r \r Picture Size = ") +
+                  pictureSize + QStringLiteral("\r Resize Graphic to fit Work Canvas ? ")
+            : QStringLiteral(" Work Canvas Size = ") + SizeText(limit.height(), limit.width()) +
+                  QStringLiteral("\r Image size larger than Work Canvas   \r Image Size = ") +
+                  pictureSize + QStringLiteral("\r Resize graphic to fit Work Canvas ? ");
+    const int answer = app::MessageDlgA(state, services.dialogs, text, QStringLiteral("Warning"), 0,
+                                        Buttons::Yes | Buttons::No, DialogType::Warning);
+    if (answer == Answer::Yes) picture = PropotionalResize(picture, limit);
+  }
+  const bool monochrome = settings::IsMonochromeMode(
+      settings::CurrentPixelMode(state.settings).value_or(settings::PixelMode::Monochrome));
+  const bool needsConversion = monochrome && !IsBlackAndWhite(picture);
+  selection.Float(picture, toFrame ? QPoint(frame.X1, frame.Y1) : QPoint(0, 0), needsConversion);
+  selection.ThresholdOn = needsConversion;
+  EnableSelection(state);
+}
+
+Result<QRect> CalcCloseCrop(const QImage& picture) {
+  if (picture.depth() != 24 && picture.depth() != 32) {
+    return LoadError({}, QStringLiteral("Incorrect bit depth, bitmap must be 24-bit!"),
+                     Error::Kind::Refused);
+  }
+  const QImage image = picture.convertToFormat(QImage::Format_RGB32);
+  const QRgb background = image.pixel(0, 0) & 0x00FFFFFFu;
+  int left = image.width(), top = image.height(), right = -1, bottom = -1;
+  for (int y = 0; y < image.height(); ++y) {
+    const auto* row = reinterpret_cast<const QRgb*>(image.constScanLine(y));
+    for (int x = 0; x < image.width(); ++x) {
+      if ((row[x] & 0x00FFFFFFu) == background) continue;
+      left = std::min(left, x);
+      right = std::max(right, x);
+      top = std::min(top, y);
+      bottom = std::max(bottom, y);
+    }
+  }
+  if (right < 0) return QRect();
+  return QRect(QPoint(left, top), QPoint(right, bottom));
+}
+
+}  // namespace vt::canvas

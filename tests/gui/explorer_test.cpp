@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: MIT
+#include "gui/explorer.h"
+
+#include <gtest/gtest.h>
+
+#include <QDeadlineTimer>
+#include <QListWidget>
+#include <QTreeWidget>
+
+#include "app/configuration.h"
+#include "app/startup.h"
+#include "gui_test_app.h"
+#include "temp_folders.h"
+#include "util/atomic_write.h"
+
+namespace vt::gui {
+namespace {
+
+QStringList Column(const QTreeWidget* tree, int column) {
+  QStringList texts;
+  for (int i = 0; i < tree->topLevelItemCount(); ++i) texts << tree->topLevelItem(i)->text(column);
+  return texts;
+}
+
+class ExplorerTest : public ::testing::Test {
+ protected:
+  ExplorerTest() {
+    test::GuiApp();
+    app::StartUp(state, t.services);
+  }
+  test::TestServices t;
+  app::AppState state;
+};
+
+TEST_F(ExplorerTest, ListsProjectsAndFoldersAndActivatesTheChosenProject) {
+  Explorer explorer(state, t.services);
+  explorer.CreateProject(QStringLiteral("Board"));
+  ASSERT_EQ(explorer.Projects()->count(), 2);
+  EXPECT_EQ(Column(explorer.Folders(), 0).first(),
+            QStringLiteral("GRAPHICS    : ") + QDir::toNativeSeparators(state.settings.folder.BFP));
+
+  int activated = 0;
+  QObject::connect(&explorer, &Explorer::projectActivated, [&] { ++activated; });
+  explorer.Projects()->setCurrentRow(0);  // Board.LCD, sorted first
+  explorer.ActivateSelected();
+  EXPECT_EQ(activated, 1);
+  EXPECT_EQ(QFileInfo(app::CurrentSettingsFile(state)).fileName(), QStringLiteral("Board.LCD"));
+}
+
+TEST_F(ExplorerTest, TheFileListShowsTypesFollowsTheDiskAndDispatchesLoads) {
+  const QString folder = state.settings.folder.OFP;
+  ASSERT_TRUE(WriteFileAtomically(folder + QStringLiteral("/logo.bin"), "x").ok());
+  Explorer explorer(state, t.services);
+  explorer.ShowFolder(app::FolderRole::Output);
+  EXPECT_EQ(Column(explorer.Files(), 1), QStringList{QStringLiteral("Binary File")});
+
+  // A file made behind the explorer's back appears once the watcher tells of it.
+  ASSERT_TRUE(WriteFileAtomically(folder + QStringLiteral("/a.png"),
+                                  QByteArray::fromHex("89504e470d0a1a0a"))
+                  .ok());
+  const QDeadlineTimer deadline(5000);
+  while (explorer.Files()->topLevelItemCount() < 2 && !deadline.hasExpired()) {
+    QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
+  }
+  ASSERT_EQ(Column(explorer.Files(), 0),
+            (QStringList{QStringLiteral("a.png"), QStringLiteral("logo.bin")}));
+
+  QString requested;
+  QObject::connect(&explorer, &Explorer::loadRequested,
+                   [&](const QString& path, app::LoadDispatch d) {
+                     if (d.target == app::LoadTarget::Png) requested = path;
+                   });
+  Q_EMIT explorer.Files()->itemActivated(explorer.Files()->topLevelItem(0), 0);
+  EXPECT_EQ(QFileInfo(requested).fileName(), QStringLiteral("a.png"));
+}
+
+}  // namespace
+}  // namespace vt::gui
