@@ -67,6 +67,7 @@ ArrayResult WriteArray(const ArrayRequest& request, app::TextBuffer& text) {
   ConversionCursor cursor;
   WalkRequest walk{settings, request.source, PackerStages{writer}, request.keyPoll, area};
   walk.lowerHalf = request.half == HalfExport::Lower;
+  walk.stages.colors = request.colors;
   result.completed = WalkArea(walk, cursor);
   result.bytes = writer.ArrayBytes();
   if (!result.completed) return result;

@@ -36,6 +36,8 @@ struct ArrayRequest {
   QString templateFileName;            ///< named in the missing-template warning
   QString dateText;                    ///< date and time of the export
   HalfExport half = HalfExport::None;
+  /// The colour search of the gray and colour modes; it records a colour not found.
+  ColorSearch* colors = nullptr;
 };
 
 /// What writing the array left.

@@ -11,7 +11,9 @@
 #include "app/messages.h"
 #include "app/output_naming.h"
 #include "app/state.h"
+#include "canvas/color_reduction.h"
 #include "convert/array_writer.h"
+#include "convert/color_packers.h"
 #include "convert/constant_format.h"
 #include "convert/data_text.h"
 #include "platform/clock.h"
@@ -130,7 +132,14 @@ ExportResult Ended(ExportStatus status) {
 
 /// Colour reduction of the canvas to the palette of the mode, and the application's colour
 /// table for 256 colours with more than 236 colours on the canvas.
-void ReduceCanvasColors(app::AppState&, const ExportRun&) {}
+void ReduceCanvasColors(app::AppState& state, app::Services& services, const ExportRun& run) {
+  canvas::LoadModePalette(state, services);
+  QImage bitmap = state.canvas.Bitmap().copy();
+  if (canvas::ReduceForExport(bitmap, state.palettes, canvas::ModeOf(run.settings),
+                              services.escape) != canvas::ConversionStatus::NoConversion) {
+    PaintOntoCanvas(state.canvas, bitmap);
+  }
+}
 /// The floating layer goes onto the canvas; the canvas model will hold it.
 void PasteFloatingSelection(ExportRun& run) { run.selection.SelectionPasted = true; }
 /// The search and replace grid over the main editor (asrg, text output only).
@@ -403,7 +412,9 @@ ExportResult TranslateCanvas(app::AppState& state, app::Services& services,
   bool completed = false;
   for (int pass = 0; pass < 2; ++pass) {
     const QImage scratch = state.canvas.Bitmap().copy();
-    if (!IsMonochrome(run.settings) && !run.settings.pixel.C16M) ReduceCanvasColors(state, run);
+    if (!IsMonochrome(run.settings) && !run.settings.pixel.C16M) {
+      ReduceCanvasColors(state, services, run);
+    }
     if (request.Interleaved) PaintOntoCanvas(state.canvas, InterlaceBitmap(scratch));
     if (run.settings.width.D32bc && run.settings.format.OINT != 1) run.settings.format.OINT = 1;
     run.repeatAfterPaste = false;
@@ -582,7 +593,9 @@ bool WriteArray(app::AppState& state, app::Services& services, ExportRun& run) {
   run.DataByteCount = DataByteCount(s, width, height);
   const QString templateFile = HeaderFileName(state.files.SettingsFile, HeaderKind::Graphics);
   const ImagePixelSource source(state.canvas.Bitmap());
-  const ArrayRequest request{s,
+  canvas::LoadModePalette(state, services);
+  ColorSearch colors(canvas::SearchTable(canvas::ModeOf(s), state.palettes.Colors()));
+  ArrayRequest request{s,
                              source,
                              run.area,
                              services.escape,
@@ -591,9 +604,16 @@ bool WriteArray(app::AppState& state, app::Services& services, ExportRun& run) {
                              templateFile,
                              DateText(services.clock),
                              run.half};
+  request.colors = &colors;
   const ArrayResult result = convert::WriteArray(request, state.text);
   if (!result.warning.isEmpty()) {
     Tell(state, services, result.warning, QStringLiteral("Warning"), DialogType::Warning);
+  }
+  if (colors.notFound) {
+    Tell(state, services, ColorNotFoundText(*colors.notFound), QStringLiteral("Error Message"),
+         DialogType::Error);
+    run.ExportAbort = true;
+    return false;
   }
   if (!result.completed) {
     run.ExportCancelled = true;

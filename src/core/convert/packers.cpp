@@ -2,6 +2,7 @@
 #include "convert/packers.h"
 
 #include "convert/bits.h"
+#include "convert/color_packers.h"
 
 namespace vt::convert {
 namespace {
@@ -35,19 +36,35 @@ PackContext::PackContext(const settings::Settings& settings, const PixelSource& 
       mode(settings::CurrentPixelMode(settings).value_or(settings::PixelMode::Monochrome)) {}
 
 void PackDown(PackContext& context) {
-  if (IsMonochrome(context.mode)) PackMonochrome(context, PackFamily::Down);
+  if (IsMonochrome(context.mode)) {
+    PackMonochrome(context, PackFamily::Down);
+  } else {
+    PackColor(context, PackFamily::Down);
+  }
 }
 
 void PackUp(PackContext& context) {
-  if (IsMonochrome(context.mode)) PackMonochrome(context, PackFamily::Up);
+  if (IsMonochrome(context.mode)) {
+    PackMonochrome(context, PackFamily::Up);
+  } else {
+    PackColor(context, PackFamily::Up);
+  }
 }
 
 void PackLeft(PackContext& context) {
-  if (IsMonochrome(context.mode)) PackMonochrome(context, PackFamily::Left);
+  if (IsMonochrome(context.mode)) {
+    PackMonochrome(context, PackFamily::Left);
+  } else {
+    PackColor(context, PackFamily::Left);
+  }
 }
 
 void PackRight(PackContext& context) {
-  if (IsMonochrome(context.mode)) PackMonochrome(context, PackFamily::Right);
+  if (IsMonochrome(context.mode)) {
+    PackMonochrome(context, PackFamily::Right);
+  } else {
+    PackColor(context, PackFamily::Right);
+  }
 }
 
 void PackMonochrome(PackContext& context, PackFamily family) {
