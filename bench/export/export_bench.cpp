@@ -3,7 +3,7 @@
 // text takes in-process and the peak memory of a process that does it, beside a minimal
 // hand-written C converter of the same picture to RGB565 text (the floor) and the ratio to it.
 // Each measurement runs in a child process of its own, so that its peak memory is its own.
-// `--smoke` uses small pictures and one round.
+// `--smoke` uses small pictures and one round; `--only NAME` measures one mode.
 #include <QElapsedTimer>
 #include <QTemporaryDir>
 #include <QTextStream>
@@ -143,6 +143,9 @@ double ExportMs(const QImage& picture, settings::PixelMode mode, const QString& 
 
 int main(int argc, char* argv[]) {
   const bool smoke = argc > 1 && std::strcmp(argv[1], "--smoke") == 0;
+  // --only NAME measures one mode.
+  const QString only = argc > 2 && std::strcmp(argv[1], "--only") == 0 ? QString::fromLatin1(argv[2])
+                                                                       : QString();
   const std::vector<QSize> sizes = smoke ? std::vector<QSize>{{16, 8}, {32, 24}}
                                          : std::vector<QSize>{{128, 64}, {320, 240}, {800, 480}};
   const double budget = smoke ? 0 : 300;
@@ -166,7 +169,7 @@ int main(int argc, char* argv[]) {
     out.flush();
     for (const vt::settings::PixelModeInfo& info : vt::settings::PixelModeTable()) {
       const QString name = vt::settings::PixelModeName(info.mode);
-      if (name.isEmpty()) continue;
+      if (name.isEmpty() || (!only.isEmpty() && name != only)) continue;
       const Measure m =
           InChild([&] { return ExportMs(picture, info.mode, folder.path(), budget, rounds); });
       out << QStringLiteral("  %1 %2 %3 %4\n")

@@ -223,8 +223,7 @@ void DoGrayscale(QImage& image) {
 }
 
 long long CountUnknownColors(const QImage& image, const Palette& palette) {
-  const Palette table = palette;
-  ColorIndexer index(table);
+  const ColorIndexer index(palette);
   long long unknown = 0;
   for (int y = 0; y < image.height(); ++y) {
     const QRgb* row = reinterpret_cast<const QRgb*>(image.constScanLine(y));

@@ -155,6 +155,13 @@ ColorIndexer::ColorIndexer(std::span<const Color> table) : table_(table) {
     for (int i = 0; i < int(table.size()); ++i) pairs_.emplace_back(table[i], i);
     std::stable_sort(pairs_.begin(), pairs_.end(),
                      [](const auto& a, const auto& b) { return a.first < b.first; });
+  } else if (sortedPrefix_ > 4096 && table_[sortedPrefix_ - 1] <= 0xFFFFFF) {
+    starts_.resize(0x10001);
+    int i = 0;
+    for (int k = 0; k <= 0x10000; ++k) {
+      while (i < sortedPrefix_ && (table_[i] >> 8) < Color(k)) ++i;
+      starts_[k] = i;
+    }
   }
 }
 
@@ -168,8 +175,12 @@ std::optional<int> ColorIndexer::IndexOf(std::int64_t color) const {
                                        [](const auto& a, Color v) { return a.first < v; });
       if (it != pairs_.end() && it->first == c) found = it->second;
     } else {
-      const auto end = table_.begin() + sortedPrefix_;
-      const auto it = std::lower_bound(table_.begin(), end, c);
+      auto begin = table_.begin(), end = table_.begin() + sortedPrefix_;
+      if (!starts_.empty() && c <= 0xFFFFFF) {
+        end = table_.begin() + starts_[(c >> 8) + 1];
+        begin = table_.begin() + starts_[c >> 8];
+      }
+      const auto it = std::lower_bound(begin, end, c);
       if (it != end && *it == c) {
         found = int(it - table_.begin());
       } else {

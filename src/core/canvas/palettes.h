@@ -70,6 +70,8 @@ class ColorIndexer {
   std::span<const Color> table_;
   int sortedPrefix_ = 0;  // entries [0, sortedPrefix_) ascending; the rest searched directly
   std::vector<std::pair<Color, int>> pairs_;  // used when the table is not sorted
+  // Large sorted tables: where the entries of each value of bits 8..23 begin.
+  std::vector<int> starts_;
   mutable std::int64_t lastColor_ = -2;
   mutable std::optional<int> lastIndex_;
 };

@@ -134,6 +134,10 @@ ExportResult Ended(ExportStatus status) {
 /// table for 256 colours with more than 236 colours on the canvas.
 void ReduceCanvasColors(app::AppState& state, app::Services& services, const ExportRun& run) {
   canvas::LoadModePalette(state, services);
+  const bool colors256 = run.settings.pixel.C256 && !run.settings.pixel.G256;
+  if (!colors256 && canvas::CountUnknownColors(state.canvas.Bitmap(), state.palettes.Colors()) == 0) {
+    return;  // nothing to convert: spare the copy
+  }
   QImage bitmap = state.canvas.Bitmap().copy();
   if (canvas::ReduceForExport(bitmap, state.palettes, canvas::ModeOf(run.settings),
                               services.escape) != canvas::ConversionStatus::NoConversion) {
