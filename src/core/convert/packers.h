@@ -62,7 +62,7 @@ struct PackContext {
 enum class PackFamily { Down, Up, Left, Right };
 
 /// Reads one byte of the downward family at (X, Y), leaving Y past the last pixel read, and
-/// delivers it. Serves td and tda. Modes without a packer of this family deliver nothing.
+/// delivers it. Serves td and tda. Gray and colour modes go to PackColor (color_packers.h).
 void PackDown(PackContext& context);
 /// The upward family: Y moves up. Serves tu and tua.
 void PackUp(PackContext& context);
