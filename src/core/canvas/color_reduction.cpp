@@ -6,8 +6,8 @@
 #include <QFileInfo>
 #include <QImageReader>
 #include <QImageWriter>
-#include <unordered_map>
-#include <unordered_set>
+#include <cstdint>
+#include <vector>
 
 #include "app/messages.h"
 #include "app/state.h"
@@ -32,12 +32,36 @@ bool HasNoConversion(PixelMode mode) { return PaletteInfoOf(mode).entries == 0; 
 
 QRgb* Row(QImage& image, int y) { return reinterpret_cast<QRgb*>(image.scanLine(y)); }
 
-/// Replaces every pixel through `map` (colour value to colour value), asking `search` for
-/// colours not met before. Escape is polled once a row.
+/// A memo from colour to colour: open addressing over a power-of-two table big enough for
+/// every pixel of the picture, so it never fills.
+class ColorMemo {
+ public:
+  explicit ColorMemo(std::size_t colors) {
+    std::size_t size = 64;
+    while (size < colors * 2) size *= 2;
+    slots_.assign(size, kEmpty);
+    mask_ = size - 1;
+  }
+  /// The slot of `c`: its answer when known (`found`), else where to put it.
+  std::uint64_t& Slot(Color c, bool& found) {
+    std::size_t i = (c * 0x9E3779B1u) & mask_;
+    while (slots_[i] != kEmpty && Color(slots_[i] >> 32) != c) i = (i + 1) & mask_;
+    found = slots_[i] != kEmpty;
+    return slots_[i];
+  }
+  static std::uint64_t Entry(Color c, Color answer) { return (std::uint64_t(c) << 32) | answer; }
+
+ private:
+  static constexpr std::uint64_t kEmpty = ~std::uint64_t{0};
+  std::vector<std::uint64_t> slots_;
+  std::size_t mask_ = 0;
+};
+
+/// Replaces every pixel through `search`, asking it once per distinct colour. Escape is polled
+/// once a row.
 template <typename Search>
 ConversionStatus MapPixels(QImage& image, platform::KeyPoll& escape, Search search) {
-  std::unordered_map<Color, Color> map;
-  map.reserve(4096);
+  ColorMemo memo(std::size_t(image.width()) * image.height());
   Color lastIn = 0xFFFFFFFF, lastOut = 0;
   for (int y = 0; y < image.height(); ++y) {
     if (escape.EscapePressed()) return ConversionStatus::Interrupted;
@@ -46,8 +70,10 @@ ConversionStatus MapPixels(QImage& image, platform::KeyPoll& escape, Search sear
       const Color c = FromQRgb(row[x]);
       if (c != lastIn) {
         lastIn = c;
-        const auto it = map.find(c);
-        lastOut = it != map.end() ? it->second : map.emplace(c, search(c)).first->second;
+        bool found = false;
+        std::uint64_t& slot = memo.Slot(c, found);
+        if (!found) slot = ColorMemo::Entry(c, search(c));
+        lastOut = Color(slot & 0xFFFFFFFF);
       }
       row[x] = ToQRgb(lastOut);
     }
@@ -60,16 +86,22 @@ QImage AsRgb32(const QImage& image) {
                                                 : image.convertToFormat(QImage::Format_RGB32);
 }
 
+/// Distinct colours of `image`, counting stops above `limit`; one bit per colour value.
 int DistinctColors(const QImage& image, int limit) {
-  std::unordered_set<Color> seen;
+  std::vector<std::uint64_t> seen(std::size_t(1) << 18, 0);
+  int count = 0;
   for (int y = 0; y < image.height(); ++y) {
     const QRgb* row = reinterpret_cast<const QRgb*>(image.constScanLine(y));
     for (int x = 0; x < image.width(); ++x) {
-      seen.insert(row[x] & 0x00FFFFFFu);
-      if (int(seen.size()) > limit) return int(seen.size());
+      const Color c = row[x] & 0x00FFFFFFu;
+      std::uint64_t& word = seen[c >> 6];
+      const std::uint64_t bit = std::uint64_t{1} << (c & 63);
+      if (word & bit) continue;
+      word |= bit;
+      if (++count > limit) return count;
     }
   }
-  return int(seen.size());
+  return count;
 }
 
 /// The palette of `mode` from files or built in; the texts of the load go to `loadedText`.
