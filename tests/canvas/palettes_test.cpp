@@ -62,18 +62,22 @@ TEST(Palettes, IndexIsTheFirstMatchOfALinearSearch) {
 
 TEST(Palettes, WindowSearchEqualsAScanOfTheWindow) {
   std::mt19937 random(7);
-  Palette p;
-  for (int i = 0; i < 3000; ++i) p.push_back(random() & 0xF0F0F0);  // many equal entries
-  SortPalette(p);
-  NearestColorSearch search(p);
-  for (int k = 0; k < 400; ++k) {
-    const Color c = random() & 0xFFFFFF;
-    const int lo = int(random() % 3000), hi = lo + int(random() % 800);
-    int best = 1 << 30, want = -1;
-    for (int i = lo; i <= std::min(hi, 2999); ++i) {
-      if (ColorDistance(c, p[i]) < best) best = ColorDistance(c, p[i]), want = i;
+  for (const bool grays : {false, true}) {  // many equal entries; or all far from most colours
+    Palette p;
+    for (int i = 0; i < 3000; ++i) {
+      p.push_back(grays ? (random() & 0xFF) * 0x010101 : random() & 0xF0F0F0);
     }
-    ASSERT_EQ(search.SearchWindow(c, lo, hi), want) << c;
+    SortPalette(p);
+    NearestColorSearch search(p);
+    for (int k = 0; k < 400; ++k) {
+      const Color c = random() & 0xFFFFFF;
+      const int lo = int(random() % 3000), hi = lo + int(random() % 800);
+      int best = 1 << 30, want = -1;
+      for (int i = lo; i <= std::min(hi, 2999); ++i) {
+        if (ColorDistance(c, p[i]) < best) best = ColorDistance(c, p[i]), want = i;
+      }
+      ASSERT_EQ(search.SearchWindow(c, lo, hi), want) << c;
+    }
   }
 }
 

@@ -246,6 +246,15 @@ int NearestColorSearch::SearchWindow(Color c, int lo, int hi) {
   lo = std::max(lo, 0);
   hi = std::min(hi, int(p_.size()) - 1);
   if (lo > hi) return -1;
+  // A short window is scanned; a long one is looked up through its grid.
+  if (hi - lo < 256) {
+    int best = std::numeric_limits<int>::max(), bestIndex = -1;
+    for (int i = lo; i <= hi; ++i) {
+      const int d = ColorDistance(c, p_[i]);
+      if (d < best) best = d, bestIndex = i;
+    }
+    return bestIndex;
+  }
   const Grid& grid = GridFor(lo, hi);
   const int r = int(c & 0xFF), g = int((c >> 8) & 0xFF), b = int((c >> 16) & 0xFF);
   const int cr = r >> 4, cg = g >> 4, cb = b >> 4;
@@ -256,9 +265,8 @@ int NearestColorSearch::SearchWindow(Color c, int lo, int hi) {
     if (s > 0 && best < (16 * s - 15) * (16 * s - 15)) break;
     for (int kb = std::max(0, cb - s); kb <= std::min(15, cb + s); ++kb) {
       for (int kg = std::max(0, cg - s); kg <= std::min(15, cg + s); ++kg) {
-        for (int kr = std::max(0, cr - s); kr <= std::min(15, cr + s); ++kr) {
-          if (std::max({std::abs(kb - cb), std::abs(kg - cg), std::abs(kr - cr)}) != s) continue;
-          if (Gap(r, kr) + Gap(g, kg) + Gap(b, kb) > best) continue;
+        auto visit = [&](int kr) {
+          if (Gap(r, kr) + Gap(g, kg) + Gap(b, kb) > best) return;
           const int cell = kr | (kg << 4) | (kb << 8);
           for (int k = grid.start[cell]; k < grid.start[cell + 1]; ++k) {
             const int i = grid.indexes[k];
@@ -268,6 +276,14 @@ int NearestColorSearch::SearchWindow(Color c, int lo, int hi) {
               bestIndex = i;
             }
           }
+        };
+        // On a face of the shell every red cell belongs to it; inside, only the two at red
+        // distance s.
+        if (std::max(std::abs(kb - cb), std::abs(kg - cg)) == s) {
+          for (int kr = std::max(0, cr - s); kr <= std::min(15, cr + s); ++kr) visit(kr);
+        } else {
+          if (cr - s >= 0) visit(cr - s);
+          if (cr + s <= 15) visit(cr + s);
         }
       }
     }
