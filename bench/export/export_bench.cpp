@@ -4,6 +4,10 @@
 // hand-written C converter of the same picture to RGB565 text (the floor) and the ratio to it.
 // Each measurement runs in a child process of its own, so that its peak memory is its own.
 // `--smoke` uses small pictures and one round; `--only NAME` measures one mode.
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <QElapsedTimer>
 #include <QTemporaryDir>
 #include <QTextStream>
@@ -11,10 +15,6 @@
 #include <cstring>
 #include <string>
 #include <vector>
-
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include "app/state.h"
 #include "canvas/color_reduction.h"
@@ -94,8 +94,8 @@ double FloorMs(const QImage& picture, double budget, int rounds) {
   }
   std::string text(pixels.size() * 11 + 16, '\0');
   size_t length = 0;
-  const double ms = Fastest([&] { length = Rgb565FloorText(pixels.data(), pixels.size(), text.data()); },
-                            budget, rounds);
+  const double ms = Fastest(
+      [&] { length = Rgb565FloorText(pixels.data(), pixels.size(), text.data()); }, budget, rounds);
   return length > 0 ? ms : -1;
 }
 
@@ -120,7 +120,8 @@ double ExportMs(const QImage& picture, settings::PixelMode mode, const QString& 
   if (settings::IsMonochromeMode(mode)) {
     for (int y = 0; y < loaded.height(); ++y) {
       auto* row = reinterpret_cast<QRgb*>(loaded.scanLine(y));
-      for (int x = 0; x < loaded.width(); ++x) row[x] = qGray(row[x]) < 128 ? 0xFF000000 : 0xFFFFFFFF;
+      for (int x = 0; x < loaded.width(); ++x)
+        row[x] = qGray(row[x]) < 128 ? 0xFF000000 : 0xFFFFFFFF;
     }
   } else {
     canvas::LoadModePalette(state, services);
@@ -144,8 +145,8 @@ double ExportMs(const QImage& picture, settings::PixelMode mode, const QString& 
 int main(int argc, char* argv[]) {
   const bool smoke = argc > 1 && std::strcmp(argv[1], "--smoke") == 0;
   // --only NAME measures one mode.
-  const QString only = argc > 2 && std::strcmp(argv[1], "--only") == 0 ? QString::fromLatin1(argv[2])
-                                                                       : QString();
+  const QString only =
+      argc > 2 && std::strcmp(argv[1], "--only") == 0 ? QString::fromLatin1(argv[2]) : QString();
   const std::vector<QSize> sizes = smoke ? std::vector<QSize>{{16, 8}, {32, 24}}
                                          : std::vector<QSize>{{128, 64}, {320, 240}, {800, 480}};
   const double budget = smoke ? 0 : 300;
@@ -158,9 +159,10 @@ int main(int argc, char* argv[]) {
   for (const QSize size : sizes) {
     const QImage picture = Picture(size.width(), size.height());
     const Measure floor = InChild([&] { return FloorMs(picture, budget, rounds); });
-    out << "\n" << size.width() << "x" << size.height() << ": floor (C, RGB565 text) "
-        << QString::number(floor.ms, 'f', 3) << " ms, peak " << QString::number(floor.peakMb, 'f', 1)
-        << " MB\n";
+    out << "\n"
+        << size.width() << "x" << size.height() << ": floor (C, RGB565 text) "
+        << QString::number(floor.ms, 'f', 3) << " ms, peak "
+        << QString::number(floor.peakMb, 'f', 1) << " MB\n";
     out << QStringLiteral("  %1 %2 %3 %4\n")
                .arg(QStringLiteral("mode"), -20)
                .arg(QStringLiteral("ms"), 10)

@@ -27,11 +27,16 @@ TEST(Palettes, DefaultsWidenEachChannelByRepeatingItsTopBits) {
     std::size_t size;
     Color second;  // entry 1: the lowest step of red (or of gray)
   } cases[] = {
-      {PixelMode::Gray4, 4, 0x555555},        {PixelMode::Gray16Vertical, 16, 0x111111},
-      {PixelMode::Gray32Packed, 32, 0x080808}, {PixelMode::Colors8, 8, 0xFF0000},
-      {PixelMode::Colors16, 16, 0x800000},    {PixelMode::Gray256, 256, 0x010101},
-      {PixelMode::Colors256, 256, 0x000024},  {PixelMode::Colors4096, 4096, 0x000011},
-      {PixelMode::Colors65536, 0x10000, 0x000008}, {PixelMode::Colors262k, 0x40000, 0x000004},
+      {PixelMode::Gray4, 4, 0x555555},
+      {PixelMode::Gray16Vertical, 16, 0x111111},
+      {PixelMode::Gray32Packed, 32, 0x080808},
+      {PixelMode::Colors8, 8, 0xFF0000},
+      {PixelMode::Colors16, 16, 0x800000},
+      {PixelMode::Gray256, 256, 0x010101},
+      {PixelMode::Colors256, 256, 0x000024},
+      {PixelMode::Colors4096, 4096, 0x000011},
+      {PixelMode::Colors65536, 0x10000, 0x000008},
+      {PixelMode::Colors262k, 0x40000, 0x000004},
   };
   for (const auto& c : cases) {
     const Palette p = DefaultPalette(c.mode);
@@ -131,7 +136,8 @@ TEST(PaletteFiles, RoundTripsAndBadLinesNameFileAndLine) {
   EXPECT_EQ(ParsePaletteText(text, QStringLiteral("p.pal"), 8).value(), p);
   const auto extra = ParsePaletteText(text + QStringLiteral("0\r\n"), QStringLiteral("p.pal"), 8);
   ASSERT_FALSE(extra);
-  EXPECT_EQ(extra.error().ToString(), QLatin1String("p.pal: 9 lines where the palette has 8 colours"));
+  EXPECT_EQ(extra.error().ToString(),
+            QLatin1String("p.pal: 9 lines where the palette has 8 colours"));
   const auto bad = ParsePaletteText(QStringLiteral("0\n$FF\nteal-ish\n"), QStringLiteral("q.pal"));
   ASSERT_FALSE(bad);
   EXPECT_EQ(bad.error().line, 3);
@@ -143,12 +149,12 @@ TEST(PaletteFiles, RoundTripsAndBadLinesNameFileAndLine) {
     const QString written = QString::fromUtf8(ColorListText(list, kind));
     const auto back = ParseColorList(written, kind, QStringLiteral("c"));
     ASSERT_TRUE(back);
-    EXPECT_EQ(back.value()[0].GridRow(6),
-              (QStringList{"Tomato", "255", "99", "71", "Red", "0"}));
+    EXPECT_EQ(back.value()[0].GridRow(6), (QStringList{"Tomato", "255", "99", "71", "Red", "0"}));
     EXPECT_EQ(back.value()[1].color(), 0x800000u);
     EXPECT_EQ(FilterColorList(back.value(), kind, QStringLiteral("TOM")).size(), 1u);
   }
-  EXPECT_TRUE(QString::fromUtf8(ColorListText(list, ColorListKind::Hex)).startsWith("Tomato;#FF6347;Red\r\n"));
+  EXPECT_TRUE(QString::fromUtf8(ColorListText(list, ColorListKind::Hex))
+                  .startsWith("Tomato;#FF6347;Red\r\n"));
   const auto wrong = ParseColorList(QStringLiteral("A;1;2;3\n\nB;1;300;3\n"), ColorListKind::Rgb,
                                     QStringLiteral("x.csvrgb"));
   ASSERT_FALSE(wrong);
@@ -181,7 +187,8 @@ TEST(PaletteFiles, ModePaletteLoadsCustomThenDefaultAndRefusesABadFile) {
   file.write("0\r\n");
   file.close();
   EXPECT_FALSE(LoadModePalette(state, t.services, true));
-  EXPECT_EQ(t.dialogs.shown.back().text, QLatin1String(" 12 bit palette file seem to be corrupted ! "));
+  EXPECT_EQ(t.dialogs.shown.back().text,
+            QLatin1String(" 12 bit palette file seem to be corrupted ! "));
   EXPECT_EQ(state.palettes.LargePalette.back(), 0x123456u);
   EXPECT_FALSE(LoadCustomColorPalette(state, t.services, t.folders.Path("panel_4096.pal")));
 
@@ -203,9 +210,10 @@ TEST(PaletteCommands, CountCheckAndFileConversion) {
   state.canvas.Resize(2, 1);
   state.canvas.SetPixel(0, 0, 0x0001FE);  // not in the 65536 palette; white is
   EXPECT_EQ(CountColorsCommand(state, t.services), 2);
-  for (const auto& [mode, text] : {std::pair{PixelMode::Colors65536, "1 unknown color(s) found !"},
-                                   std::pair{PixelMode::Colors16M, "24Bit colors Mode !"},
-                                   std::pair{PixelMode::Monochrome, "1 unknown color(s) found !"}}) {
+  for (const auto& [mode, text] :
+       {std::pair{PixelMode::Colors65536, "1 unknown color(s) found !"},
+        std::pair{PixelMode::Colors16M, "24Bit colors Mode !"},
+        std::pair{PixelMode::Monochrome, "1 unknown color(s) found !"}}) {
     settings::ApplyModeFlags(state.settings.pixel, settings::Info(mode).flags);
     CheckColorsButtonClick(state, t.services);
     EXPECT_EQ(t.dialogs.shown.back().text, QLatin1String(text));

@@ -26,11 +26,10 @@ class CliColorExport : public ::testing::Test {
     EXPECT_TRUE(image.save(picture));
     QString out, err;
     QTextStream o(&out), e(&err);
-    const int status =
-        RunCli({QStringLiteral("export"), picture, QStringLiteral("--settings"),
-                folders.Path(QStringLiteral("panel.LCD")), QStringLiteral("--mode"), mode,
-                QStringLiteral("-o"), output},
-               o, e, folders, fileUse);
+    const int status = RunCli({QStringLiteral("export"), picture, QStringLiteral("--settings"),
+                               folders.Path(QStringLiteral("panel.LCD")), QStringLiteral("--mode"),
+                               mode, QStringLiteral("-o"), output},
+                              o, e, folders, fileUse);
     e.flush();
     if (status != 0) return QStringLiteral("status %1: ").arg(status) + err;
     QStringList constants;
@@ -57,10 +56,9 @@ TEST_F(CliColorExport, AnyPictureIsReducedToTheModesPalette) {
   for (const settings::PixelModeInfo& info : settings::PixelModeTable()) {
     const QString name = settings::PixelModeName(info.mode);
     if (name.isEmpty()) continue;
-    const QString written =
-        Export(name, {qRgb(0, 0, 0), qRgb(255, 255, 255), 0, 0, 0, 0, 0, 0}, 8);
-    EXPECT_FALSE(written.startsWith(QLatin1String("status"))) << name.toStdString() << ": "
-                                                              << written.toStdString();
+    const QString written = Export(name, {qRgb(0, 0, 0), qRgb(255, 255, 255), 0, 0, 0, 0, 0, 0}, 8);
+    EXPECT_FALSE(written.startsWith(QLatin1String("status")))
+        << name.toStdString() << ": " << written.toStdString();
   }
 }
 

@@ -75,10 +75,14 @@ TEST_F(ColorExport, RefusedDirectionsGiveTheirMessages) {
     const char* keys;
     const char* text;
   } cases[] = {
-      {"mode=colors8|tr=0|td=1", underDev},        {"mode=colors8|tr=0|tu=1", underDev},
-      {"mode=colors8|tr=0|tla=1", underDev},       {"mode=colors8|tra=1|tr=0", underDev},
-      {"mode=gray16-h|tr=0|td=1", pairs},          {"mode=gray16-h|tr=0|tu=1", pairs},
-      {"mode=gray4-2pages|tr=0|tu=1", sliced},     {"mode=gray4-2pages|tr=0|tra=1", sliced},
+      {"mode=colors8|tr=0|td=1", underDev},
+      {"mode=colors8|tr=0|tu=1", underDev},
+      {"mode=colors8|tr=0|tla=1", underDev},
+      {"mode=colors8|tra=1|tr=0", underDev},
+      {"mode=gray16-h|tr=0|td=1", pairs},
+      {"mode=gray16-h|tr=0|tu=1", pairs},
+      {"mode=gray4-2pages|tr=0|tu=1", sliced},
+      {"mode=gray4-2pages|tr=0|tra=1", sliced},
       {"mode=gray4-2pages|tr=0|tla=1", sliced},
       {"mode=gray4-2pages|tr=0|td=1|CORN1=0|CORN2=1", sliced},
   };
@@ -111,9 +115,8 @@ TEST_F(ColorExport, ColourLookUpTableListsThePalette) {
   EXPECT_TRUE(state.text.Text().contains(QLatin1String("COLORLUT")));
   const qsizetype first = lines.indexOf(QStringLiteral("0x000000,   //0"));
   ASSERT_GE(first, 0);
-  EXPECT_EQ(lines.mid(first + 6, 4),
-            (QStringList{"0x00FFFF,   //6", "0xFFFFFF   //7", "};",
-                         "/* End of Color Look-Up Table (CLUT)  */"}));
+  EXPECT_EQ(lines.mid(first + 6, 4), (QStringList{"0x00FFFF,   //6", "0xFFFFFF   //7", "};",
+                                                  "/* End of Color Look-Up Table (CLUT)  */"}));
   EXPECT_FALSE(TranslatePalette(state, t.services, CanvasSelection{0, 0, 1, 1, true, false}));
   EXPECT_EQ(t.dialogs.Texts().last(),
             QLatin1String(" Please paste selected area before doing the canvas encoding ! "));

@@ -22,8 +22,12 @@ QImage Indexed(settings::PixelMode mode, std::initializer_list<const char*> rows
   for (const char* row : rows) {
     for (int x = 0; row[x]; ++x) {
       const char ch = row[x];
-      const canvas::Color c = ch == 'r' ? 0x0000FF : ch == 'g' ? 0x00FF00 : ch == 'b' ? 0xFF0000
-                              : ch == 'w' ? 0xFFFFFF : ch == 'x' ? 0x030201 : ch == 'y' ? 0x332211
+      const canvas::Color c = ch == 'r'   ? 0x0000FF
+                              : ch == 'g' ? 0x00FF00
+                              : ch == 'b' ? 0xFF0000
+                              : ch == 'w' ? 0xFFFFFF
+                              : ch == 'x' ? 0x030201
+                              : ch == 'y' ? 0x332211
                                           : palette.at(QString(QChar(ch)).toInt(nullptr, 16));
       image.setPixel(x, y, canvas::ToQRgb(c));
     }

@@ -17,8 +17,8 @@
 namespace vt::canvas {
 namespace {
 
-using settings::PixelMode;
 using platform::DialogType;
+using settings::PixelMode;
 namespace Buttons = platform::Buttons;
 
 const QString kPaletteError = QStringLiteral("Color Palette Error");
@@ -123,8 +123,9 @@ Result<Loaded> ReadModePalette(const QString& settingsFile, PixelMode mode) {
     loaded.text = QStringLiteral("Custom Color Palette loaded");
   } else {
     if (!fallback.isEmpty() && QFileInfo(fallback).isFile()) path = fallback;
-    loaded.text = mode == PixelMode::Gray256 ? QStringLiteral("Default Grayscale Color Palette Loaded")
-                                             : QStringLiteral("Default Color Palette Loaded");
+    loaded.text = mode == PixelMode::Gray256
+                      ? QStringLiteral("Default Grayscale Color Palette Loaded")
+                      : QStringLiteral("Default Color Palette Loaded");
   }
   if (path.isEmpty()) {
     loaded.palette = DefaultPalette(mode);
@@ -292,14 +293,21 @@ ConversionStatus ReduceForExport(QImage& image, PaletteState& palettes, PixelMod
   return status;
 }
 
-Result<bool> ConvertPictureFileToColors(const QString& inPath, const QString& outPath,
-                                        int colors) {
+Result<bool> ConvertPictureFileToColors(const QString& inPath, const QString& outPath, int colors) {
   PixelMode mode;
   switch (colors) {
-    case 256: mode = PixelMode::Colors256; break;
-    case 4096: mode = PixelMode::Colors4096; break;
-    case 65536: mode = PixelMode::Colors65536; break;
-    case 262144: mode = PixelMode::Colors262k; break;
+    case 256:
+      mode = PixelMode::Colors256;
+      break;
+    case 4096:
+      mode = PixelMode::Colors4096;
+      break;
+    case 65536:
+      mode = PixelMode::Colors65536;
+      break;
+    case 262144:
+      mode = PixelMode::Colors262k;
+      break;
     default:
       return Error{Error::Kind::Refused, inPath, 0, 0,
                    QStringLiteral("pictures convert to 256, 4096, 65536 or 262144 colours")};
@@ -379,8 +387,8 @@ long long CheckColorsButtonClick(app::AppState& state, app::Services& services) 
   state.log.StatusBarAndLog(QStringLiteral("Test in progress..."));
   state.log.StatusBarAndLog(QStringLiteral("Processing colors check ..."));
   LoadModePalette(state, services);
-  const Palette palette = settings::IsMonochromeMode(mode) ? Palette{kBlack, kWhite}
-                                                           : state.palettes.Colors();
+  const Palette palette =
+      settings::IsMonochromeMode(mode) ? Palette{kBlack, kWhite} : state.palettes.Colors();
   const long long unknown = CountUnknownColors(state.canvas.Bitmap(), palette);
   Tell(state, services,
        unknown == 0 ? QStringLiteral("Test successful !")

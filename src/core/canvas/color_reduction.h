@@ -74,14 +74,13 @@ void ReduceLikeLoading(QImage& image, PaletteState& palettes, settings::PixelMod
 /// The export's reduction: when the picture holds a colour outside the palette,
 /// ConvertToNearestColor; then, in 256 colours with more than 236 colours, the same again
 /// (which keeps a picture already in the palette).
-ConversionStatus ReduceForExport(QImage& image, PaletteState& palettes,
-                                 settings::PixelMode mode, platform::KeyPoll& escape);
+ConversionStatus ReduceForExport(QImage& image, PaletteState& palettes, settings::PixelMode mode,
+                                 platform::KeyPoll& escape);
 
 /// The file conversions to 256, 4096, 65536 or 262144 colours (`colors`): the picture file
 /// read, reduced by nearest colour to the built-in palette of that many colours, written to
 /// `outPath` in the format of its extension.
-Result<bool> ConvertPictureFileToColors(const QString& inPath, const QString& outPath,
-                                        int colors);
+Result<bool> ConvertPictureFileToColors(const QString& inPath, const QString& outPath, int colors);
 
 /// Canvas commands with their messages.
 void ConvertCanvasToNearestColor(app::AppState& state, app::Services& services);

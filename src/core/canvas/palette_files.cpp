@@ -15,10 +15,10 @@ struct NamedColor {
   Color value;
 };
 constexpr NamedColor kNames[] = {
-    {"black", 0x000000},  {"maroon", 0x000080}, {"green", 0x008000},  {"olive", 0x008080},
-    {"navy", 0x800000},   {"purple", 0x800080}, {"teal", 0x808000},   {"gray", 0x808080},
-    {"silver", 0xC0C0C0}, {"red", 0x0000FF},    {"lime", 0x00FF00},   {"yellow", 0x00FFFF},
-    {"blue", 0xFF0000},   {"fuchsia", 0xFF00FF}, {"aqua", 0xFFFF00},  {"white", 0xFFFFFF},
+    {"black", 0x000000},      {"maroon", 0x000080},  {"green", 0x008000}, {"olive", 0x008080},
+    {"navy", 0x800000},       {"purple", 0x800080},  {"teal", 0x808000},  {"gray", 0x808080},
+    {"silver", 0xC0C0C0},     {"red", 0x0000FF},     {"lime", 0x00FF00},  {"yellow", 0x00FFFF},
+    {"blue", 0xFF0000},       {"fuchsia", 0xFF00FF}, {"aqua", 0xFFFF00},  {"white", 0xFFFFFF},
     {"moneygreen", 0xC0DCC0}, {"skyblue", 0xF0CAA6}, {"cream", 0xF0FBFF}, {"medgray", 0xA4A0A0},
 };
 
@@ -82,10 +82,9 @@ std::optional<Color> ParseColorText(const QString& text) {
 Result<Palette> ParsePaletteText(const QString& text, const QString& path, int entries) {
   const QStringList lines = LinesOf(text);
   if (entries > 0 && lines.size() != entries) {
-    return Error{Error::Kind::Parse, path, 0, 0,
-                 QStringLiteral("%1 lines where the palette has %2 colours")
-                     .arg(lines.size())
-                     .arg(entries)};
+    return Error{
+        Error::Kind::Parse, path, 0, 0,
+        QStringLiteral("%1 lines where the palette has %2 colours").arg(lines.size()).arg(entries)};
   }
   Palette palette;
   palette.reserve(lines.size());
@@ -187,8 +186,9 @@ QByteArray ColorListText(const std::vector<ColorListEntry>& entries, ColorListKi
   for (const ColorListEntry& e : entries) {
     QStringList fields{e.name};
     if (kind == ColorListKind::Hex) {
-      fields << QStringLiteral("#%1").arg((e.red << 16) | (e.green << 8) | e.blue, 6, 16,
-                                           QLatin1Char('0')).toUpper();
+      fields << QStringLiteral("#%1")
+                    .arg((e.red << 16) | (e.green << 8) | e.blue, 6, 16, QLatin1Char('0'))
+                    .toUpper();
     } else {
       fields << QString::number(e.red) << QString::number(e.green) << QString::number(e.blue);
     }

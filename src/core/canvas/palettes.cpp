@@ -98,7 +98,8 @@ Palette DefaultPalette(PixelMode mode) {
       return Grays(8);
     case PixelMode::Colors8: {
       Palette p;
-      for (int i = 0; i < 8; ++i) p.push_back(Rgb(i & 4 ? 255 : 0, i & 2 ? 255 : 0, i & 1 ? 255 : 0));
+      for (int i = 0; i < 8; ++i)
+        p.push_back(Rgb(i & 4 ? 255 : 0, i & 2 ? 255 : 0, i & 1 ? 255 : 0));
       return p;
     }
     case PixelMode::Colors16: {

@@ -23,8 +23,8 @@ inline constexpr Color kNoColor = 0x1000000;
 
 /// What a mode's palette is and where its files are.
 struct PaletteInfo {
-  int entries = 0;       ///< 0: the mode has no palette (monochrome, 16M)
-  bool large = false;    ///< LargePalette (sorted) rather than SmallPalette
+  int entries = 0;                ///< 0: the mode has no palette (monochrome, 16M)
+  bool large = false;             ///< LargePalette (sorted) rather than SmallPalette
   const char* defaultFile = "";   ///< file name in the program folder; empty: built in only
   const char* customSuffix = "";  ///< appended to the settings file's base; empty: none
   /// Depth named in the "not found" message: 16 or 18.
@@ -130,9 +130,9 @@ struct PaletteState {
   /// The mode and settings file the palettes were loaded for; empty: not loaded.
   std::optional<settings::PixelMode> loadedMode;
   QString loadedSettingsFile;
-  bool custom = false;     ///< "Current Palette is Custom"
-  QString caption;         ///< "Current Palette is Default" or "... Custom"
-  int lastIndex = 0;       ///< index of the last nearest colour, for the status bar
+  bool custom = false;  ///< "Current Palette is Custom"
+  QString caption;      ///< "Current Palette is Default" or "... Custom"
+  int lastIndex = 0;    ///< index of the last nearest colour, for the status bar
 
   /// The palette colours of the mode (SmallPalette in small modes, LargePalette otherwise).
   const Palette& Colors() const { return SmallPaletteMode ? SmallPalette : LargePalette; }

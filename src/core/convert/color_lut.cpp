@@ -66,15 +66,16 @@ bool TranslatePalette(app::AppState& state, app::Services& services,
   state.log.StatusBarAndLog(QStringLiteral("TranslatePalette"));
   settings::Settings& s = state.settings;
   if (s.pixel.ccomp && (s.block.ColRx || !s.pixel.bw8)) {
-    app::MessageDlgA(state, services.dialogs, QStringLiteral("Data compression has been disabled !"),
-                     QStringLiteral("Confirm"), 0, platform::Buttons::Ok,
-                     DialogType::Confirmation);
+    app::MessageDlgA(state, services.dialogs,
+                     QStringLiteral("Data compression has been disabled !"),
+                     QStringLiteral("Confirm"), 0, platform::Buttons::Ok, DialogType::Confirmation);
     s.pixel.ccomp = false;
   }
   if (selection.SelectionActive && !selection.SelectionPasted) {
-    app::MessageDlgA(state, services.dialogs,
-                     QStringLiteral(" Please paste selected area before doing the canvas encoding ! "),
-                     QStringLiteral("Warning"), 0, platform::Buttons::Ok, DialogType::Warning);
+    app::MessageDlgA(
+        state, services.dialogs,
+        QStringLiteral(" Please paste selected area before doing the canvas encoding ! "),
+        QStringLiteral("Warning"), 0, platform::Buttons::Ok, DialogType::Warning);
     return false;
   }
   canvas::LoadModePalette(state, services);

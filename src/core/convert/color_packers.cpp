@@ -28,8 +28,12 @@ class ColorPack {
       : ctx_(context),
         c_(context.cursor),
         px_(context.settings.pixel),
-        dx_(family == PackFamily::Right ? 1 : family == PackFamily::Left ? -1 : 0),
-        dy_(family == PackFamily::Down ? 1 : family == PackFamily::Up ? -1 : 0),
+        dx_(family == PackFamily::Right  ? 1
+            : family == PackFamily::Left ? -1
+                                         : 0),
+        dy_(family == PackFamily::Down ? 1
+            : family == PackFamily::Up ? -1
+                                       : 0),
         vertical_(dy_ != 0) {}
 
   void Run() {
