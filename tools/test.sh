@@ -11,4 +11,7 @@ ctest --test-dir "$dir" --output-on-failure -j2
 if [ -x "$dir/bench/vt_bench" ]; then
   "$dir/bench/vt_bench" --smoke
 fi
+if [ -x "$dir/bench/vt_export_bench" ]; then
+  "$dir/bench/vt_export_bench" --smoke
+fi
 bash tools/fuzz.sh 20

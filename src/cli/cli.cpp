@@ -7,6 +7,7 @@
 
 #include "app/configuration.h"
 #include "app/state.h"
+#include "canvas/color_reduction.h"
 #include "convert/data_text.h"
 #include "convert/export_driver.h"
 #include "convert/output_width.h"
@@ -413,16 +414,6 @@ bool HoldsOnlyBlackAndWhite(const QImage& image) {
   return true;
 }
 
-/// What the command line cannot export yet, with the reason; empty when the export may run.
-QString UnavailableExport(const settings::Settings& s) {
-  const auto mode = settings::CurrentPixelMode(s);
-  if (mode && !settings::IsMonochromeMode(*mode)) {
-    return QStringLiteral("only the monochrome modes can be exported for now, not ") +
-           settings::PixelModeName(*mode);
-  }
-  return {};
-}
-
 }  // namespace
 
 int RunExport(const QStringList& args, app::AppState& state, app::Services& services,
@@ -471,20 +462,30 @@ int RunExport(const QStringList& args, app::AppState& state, app::Services& serv
     convert::SelectOutputWidth(state, *convert::WordWidthFromName(options.outputWidth));
   }
 
-  if (const QString reason = UnavailableExport(state.settings); !reason.isEmpty()) {
-    err << "vantorelle-cli: " << reason << '\n';
-    return kExitRefused;
+  // Gray and colour modes take any picture, reduced to the mode's palette as loading does.
+  const settings::PixelMode mode = canvas::ModeOf(state.settings);
+  const bool monochrome = settings::IsMonochromeMode(mode);
+  QImage reduced;
+  if (!monochrome) {
+    canvas::LoadModePalette(state, services);
+    reduced = image.copy();
+    canvas::ReduceLikeLoading(reduced, state.palettes, mode, services.escape);
   }
-  if (!HoldsOnlyBlackAndWhite(image)) {
+  if (monochrome && !HoldsOnlyBlackAndWhite(image)) {
     err << "vantorelle-cli: " << options.image
         << " holds colours other than black and white; monochrome export takes black and "
            "white pictures only for now\n";
     return kExitRefused;
   }
-  for (int y = 0; y < image.height(); ++y) {
-    const QRgb* row = reinterpret_cast<const QRgb*>(image.constScanLine(y));
-    for (int x = 0; x < image.width(); ++x) {
-      state.canvas.SetPixel(x, y, (row[x] & 0x00FFFFFFu) == 0 ? canvas::kBlack : canvas::kWhite);
+  if (!monochrome) {
+    state.canvas.Restore(reduced);
+  } else {
+    for (int y = 0; y < image.height(); ++y) {
+      const QRgb* row = reinterpret_cast<const QRgb*>(image.constScanLine(y));
+      for (int x = 0; x < image.width(); ++x) {
+        state.canvas.SetPixel(x, y,
+                              (row[x] & 0x00FFFFFFu) == 0 ? canvas::kBlack : canvas::kWhite);
+      }
     }
   }
   state.settings.output.nbmfn = QFileInfo(options.image).fileName();
@@ -540,8 +541,9 @@ QString HelpText() {
              "      Without --settings the desktop program's active project is used. The\n"
              "      array is named after IMAGE and written to OUTPUT, or to the output\n"
              "      folder (OFP) under the output name; the path written is printed. The\n"
-             "      export report (.rtf) goes beside OUTPUT, else to the project folder. For now\n"
-             "      monochrome output of black-and-white pictures only.\n"
+             "      export report (.rtf) goes beside OUTPUT, else to the project folder. In gray\n"
+             "      and colour modes the picture is reduced to the mode's palette as loading\n"
+             "      does; monochrome takes black-and-white pictures.\n"
              "\n"
              "A missing FILE is created with the factory settings. Messages go to standard\n"
              "error; a refused change exits with status 1 and leaves FILE as it was, a usage\n"

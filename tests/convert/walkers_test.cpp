@@ -7,6 +7,7 @@
 #include "convert/conversion_cursor.h"
 #include "convert/pixel_source.h"
 #include "convert/scan_walker.h"
+#include "convert/color_packers.h"
 #include "convert_test_util.h"
 #include "settings/geometry.h"
 #include "settings/pixel_modes.h"
@@ -52,9 +53,11 @@ Walked Walk(const settings::Settings& settings, const QImage& image, AreaBounds 
   w.cursor.Aborted = aborted;
   platform::NoKeyPoll noKeys;
   const ImagePixelSource source(image);
+  ColorSearch colors(canvas::DefaultSearchTable(
+      settings::CurrentPixelMode(settings).value_or(settings::PixelMode::Monochrome)));
   const WalkRequest request{.settings = settings,
                             .source = source,
-                            .stages = PackerStages{w.sink},
+                            .stages = PackerStages{w.sink, nullptr, nullptr, &colors},
                             .keyPoll = keys ? *keys : noKeys,
                             .area = area,
                             .lowerHalf = lowerHalf};

@@ -7,6 +7,7 @@
 #include "app/log.h"
 #include "app/text_buffer.h"
 #include "app/mode_flags.h"
+#include "canvas/palettes.h"
 #include "canvas/work_canvas.h"
 #include "settings/settings.h"
 
@@ -40,6 +41,7 @@ struct AppState {
   Log log;
   TextBuffer text;  ///< the text editor's current document
   HexBuffer hex;    ///< the hex editor's bytes (binary output)
+  canvas::PaletteState palettes;  ///< the palettes of the current pixel mode
   int ModeChoice = 0;  ///< answer code of the last dialog
   QString LastMessageText;  ///< console mode: the previous message, to detect repeats
 };

@@ -82,6 +82,7 @@ ArrayResult WriteArray(const ArrayRequest& request, app::TextBuffer& text) {
                    PackerStages{writer, compressor ? &*compressor : nullptr}, request.keyPoll,
                    area};
   walk.lowerHalf = request.half == HalfExport::Lower;
+  walk.stages.colors = request.colors;
   result.completed = WalkArea(walk, cursor);
   result.bytes = writer.ArrayBytes();
   result.valueCount = static_cast<long long>(cursor.ByteCount);

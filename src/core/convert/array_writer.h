@@ -40,6 +40,8 @@ struct ArrayRequest {
   HalfExport half = HalfExport::None;
   /// Receives the bytes of a binary or Intel Hex target (no text is written then).
   HexByteTarget* hexTarget = nullptr;
+  /// The colour search of the gray and colour modes; it records a colour not found.
+  ColorSearch* colors = nullptr;
 };
 
 /// What writing the array left.

@@ -14,7 +14,9 @@
 #include "app/output_naming.h"
 #include "app/state.h"
 #include "canvas/auto_framing.h"
+#include "canvas/color_reduction.h"
 #include "convert/array_writer.h"
+#include "convert/color_packers.h"
 #include "convert/constant_format.h"
 #include "convert/data_text.h"
 #include "convert/export_report.h"
@@ -119,7 +121,18 @@ ExportResult Ended(ExportStatus status) {
 
 /// Colour reduction of the canvas to the palette of the mode, and the application's colour
 /// table for 256 colours with more than 236 colours on the canvas.
-void ReduceCanvasColors(app::AppState&, const ExportRun&) {}
+void ReduceCanvasColors(app::AppState& state, app::Services& services, const ExportRun& run) {
+  canvas::LoadModePalette(state, services);
+  const bool colors256 = run.settings.pixel.C256 && !run.settings.pixel.G256;
+  if (!colors256 && canvas::CountUnknownColors(state.canvas.Bitmap(), state.palettes.Colors()) == 0) {
+    return;  // nothing to convert: spare the copy
+  }
+  QImage bitmap = state.canvas.Snapshot();
+  if (canvas::ReduceForExport(bitmap, state.palettes, canvas::ModeOf(run.settings),
+                              services.escape) != canvas::ConversionStatus::NoConversion) {
+    state.canvas.Restore(bitmap);
+  }
+}
 /// The floating layer goes onto the canvas (with its undo step) and the selection counts as
 /// pasted.
 void PasteFloatingSelection(app::AppState& state, ExportRun& run) {
@@ -452,8 +465,10 @@ ExportResult TranslateCanvas(app::AppState& state, app::Services& services,
   bool completed = false;
   for (int pass = 0; pass < 2; ++pass) {
     const QImage scratch = state.canvas.Snapshot();
-    if (!IsMonochrome(run.settings) && !run.settings.pixel.C16M) ReduceCanvasColors(state, run);
-    if (request.Interleaved) state.canvas.Restore(InterlaceBitmap(scratch));
+    if (!IsMonochrome(run.settings) && !run.settings.pixel.C16M) {
+      ReduceCanvasColors(state, services, run);
+    }
+    if (request.Interleaved) state.canvas.Restore(InterlaceBitmap(state.canvas.Bitmap()));
     if (run.settings.width.D32bc && run.settings.format.OINT != 1) run.settings.format.OINT = 1;
     run.repeatAfterPaste = false;
     completed = ExportFrames(state, services, run);
@@ -647,7 +662,9 @@ bool WriteArray(app::AppState& state, app::Services& services, ExportRun& run) {
   HexByteTarget* hexTarget = nullptr;
   if (target == DataTarget::Binary) hexTarget = &binaryTarget;
   if (target == DataTarget::IntelHex) hexTarget = &intelHexTarget;
-  const ArrayRequest request{s,
+  canvas::LoadModePalette(state, services);
+  ColorSearch colors(canvas::SearchTable(canvas::ModeOf(s), state.palettes.Colors()));
+  ArrayRequest request{s,
                              source,
                              run.area,
                              services.escape,
@@ -657,6 +674,7 @@ bool WriteArray(app::AppState& state, app::Services& services, ExportRun& run) {
                              DateText(services.clock),
                              run.half,
                              hexTarget};
+  request.colors = &colors;
   ArrayResult result = convert::WriteArray(request, state.text);
   if (result.completed && result.compressionFailed) {
     // Runs too short to pay for their pointers: the array is written again, uncompressed.
@@ -673,6 +691,12 @@ bool WriteArray(app::AppState& state, app::Services& services, ExportRun& run) {
   run.compression = result.compressionFailed ? std::nullopt : result.compression;
   if (!result.warning.isEmpty()) {
     Tell(state, services, result.warning, QStringLiteral("Warning"), DialogType::Warning);
+  }
+  if (colors.notFound) {
+    Tell(state, services, ColorNotFoundText(*colors.notFound), QStringLiteral("Error Message"),
+         DialogType::Error);
+    run.ExportAbort = true;
+    return false;
   }
   if (!result.completed) {
     run.ExportCancelled = true;

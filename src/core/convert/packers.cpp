@@ -2,6 +2,7 @@
 #include "convert/packers.h"
 
 #include "convert/bits.h"
+#include "convert/color_packers.h"
 
 namespace vt::convert {
 namespace {
@@ -35,19 +36,23 @@ PackContext::PackContext(const settings::Settings& settings, const PixelSource& 
       mode(settings::CurrentPixelMode(settings).value_or(settings::PixelMode::Monochrome)) {}
 
 void PackDown(PackContext& context) {
-  if (IsMonochrome(context.mode)) PackMonochrome(context, PackFamily::Down);
+  IsMonochrome(context.mode) ? PackMonochrome(context, PackFamily::Down)
+                             : PackColor(context, PackFamily::Down);
 }
 
 void PackUp(PackContext& context) {
-  if (IsMonochrome(context.mode)) PackMonochrome(context, PackFamily::Up);
+  IsMonochrome(context.mode) ? PackMonochrome(context, PackFamily::Up)
+                             : PackColor(context, PackFamily::Up);
 }
 
 void PackLeft(PackContext& context) {
-  if (IsMonochrome(context.mode)) PackMonochrome(context, PackFamily::Left);
+  IsMonochrome(context.mode) ? PackMonochrome(context, PackFamily::Left)
+                             : PackColor(context, PackFamily::Left);
 }
 
 void PackRight(PackContext& context) {
-  if (IsMonochrome(context.mode)) PackMonochrome(context, PackFamily::Right);
+  IsMonochrome(context.mode) ? PackMonochrome(context, PackFamily::Right)
+                             : PackColor(context, PackFamily::Right);
 }
 
 void PackMonochrome(PackContext& context, PackFamily family) {

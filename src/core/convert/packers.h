@@ -32,12 +32,16 @@ class ReorderStage {
   virtual int ReorderOutput(int value) = 0;
 };
 
+class ColorSearch;
+
 /// The stages a finished value passes after its packer, in order. The optional stages may be
 /// null: no compression, or values passing unchanged even with `dore` on.
 struct PackerStages {
   ValueSink& sink;
   CompressionStage* compression = nullptr;
   ReorderStage* reorder = nullptr;
+  /// The colour search of the gray and colour modes (see color_packers.h).
+  ColorSearch* colors = nullptr;
 };
 
 /// Everything a packer reads and moves: the settings (bit order, byte width, PPB, dore, the
@@ -58,7 +62,7 @@ struct PackContext {
 enum class PackFamily { Down, Up, Left, Right };
 
 /// Reads one byte of the downward family at (X, Y), leaving Y past the last pixel read, and
-/// delivers it. Serves td and tda. Modes without a packer of this family deliver nothing.
+/// delivers it. Serves td and tda. Gray and colour modes go to PackColor (color_packers.h).
 void PackDown(PackContext& context);
 /// The upward family: Y moves up. Serves tu and tua.
 void PackUp(PackContext& context);

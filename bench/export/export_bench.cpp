@@ -1,0 +1,188 @@
+// SPDX-License-Identifier: MIT
+// Prints, for each pixel mode and picture size, the time one "Export Work Canvas to Data" to
+// text takes in-process and the peak memory of a process that does it, beside a minimal
+// hand-written C converter of the same picture to RGB565 text (the floor) and the ratio to it.
+// Each measurement runs in a child process of its own, so that its peak memory is its own.
+// `--smoke` uses small pictures and one round; `--only NAME` measures one mode.
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <QElapsedTimer>
+#include <QTemporaryDir>
+#include <QTextStream>
+#include <algorithm>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "app/state.h"
+#include "canvas/color_reduction.h"
+#include "convert/export_driver.h"
+#include "convert/header_template.h"
+#include "platform/clock.h"
+#include "platform/console/console_dialogs.h"
+#include "platform/qt/qt_folders.h"
+#include "rgb565_floor.h"
+#include "settings/geometry.h"
+#include "settings/pixel_modes.h"
+
+namespace {
+
+using namespace vt;
+
+/// A picture with smooth and busy parts: red across, green down, blue in a fine pattern.
+QImage Picture(int w, int h) {
+  QImage image(w, h, QImage::Format_RGB32);
+  for (int y = 0; y < h; ++y) {
+    auto* row = reinterpret_cast<QRgb*>(image.scanLine(y));
+    for (int x = 0; x < w; ++x) row[x] = qRgb(x * 255 / w, y * 255 / h, (x * 7 + y * 3) & 255);
+  }
+  return image;
+}
+
+/// Repeats `run` until `budgetMs` has passed (at least once, at most `maxRounds`); the fastest
+/// round in milliseconds.
+template <typename Run>
+double Fastest(Run run, double budgetMs, int maxRounds) {
+  double best = 1e300, spent = 0;
+  for (int i = 0; i < maxRounds && (i == 0 || spent < budgetMs); ++i) {
+    QElapsedTimer t;
+    t.start();
+    run();
+    const double ms = t.nsecsElapsed() / 1e6;
+    best = std::min(best, ms);
+    spent += ms;
+  }
+  return best;
+}
+
+struct Measure {
+  double ms = -1;
+  double peakMb = 0;
+};
+
+/// Runs `work` (which returns milliseconds) in a child process; its time and peak memory.
+template <typename Work>
+Measure InChild(Work work) {
+  int fds[2];
+  if (pipe(fds) != 0) return {};
+  const pid_t pid = fork();
+  if (pid == 0) {
+    close(fds[0]);
+    const double ms = work();
+    (void)!write(fds[1], &ms, sizeof ms);
+    _exit(0);
+  }
+  close(fds[1]);
+  Measure m;
+  if (read(fds[0], &m.ms, sizeof m.ms) != sizeof m.ms) m.ms = -1;
+  close(fds[0]);
+  int status = 0;
+  rusage usage{};
+  wait4(pid, &status, 0, &usage);
+  m.peakMb = usage.ru_maxrss / 1024.0;
+  return m;
+}
+
+double FloorMs(const QImage& picture, double budget, int rounds) {
+  std::vector<unsigned> pixels;
+  pixels.reserve(size_t(picture.width()) * picture.height());
+  for (int y = 0; y < picture.height(); ++y) {
+    const auto* row = reinterpret_cast<const QRgb*>(picture.constScanLine(y));
+    for (int x = 0; x < picture.width(); ++x) pixels.push_back(canvas::FromQRgb(row[x]));
+  }
+  std::string text(pixels.size() * 11 + 16, '\0');
+  size_t length = 0;
+  const double ms = Fastest(
+      [&] { length = Rgb565FloorText(pixels.data(), pixels.size(), text.data()); }, budget, rounds);
+  return length > 0 ? ms : -1;
+}
+
+double ExportMs(const QImage& picture, settings::PixelMode mode, const QString& folder,
+                double budget, int rounds) {
+  QString sink;
+  QTextStream quiet(&sink);
+  platform::ConsoleDialogs dialogs(quiet);
+  platform::QtFolders folders;
+  platform::NoFileUse fileUse;
+  platform::NoKeyPoll escape;
+  platform::SystemClock clock;
+  app::Services services{dialogs, folders, fileUse, escape, clock};
+  app::AppState state;
+  state.files.SettingsFile = folder + QStringLiteral("/bench.LCD");
+  state.settings.output.Dnask = false;
+  state.settings.output.nbmfn = QStringLiteral("bench.png");
+  settings::ApplyModeFlags(state.settings.pixel, settings::Info(mode).flags);
+  settings::SetDisplaySize(state, picture.width(), picture.height());
+  // The canvas as loading leaves it: reduced to the palette, or black and white.
+  QImage loaded = picture.copy();
+  if (settings::IsMonochromeMode(mode)) {
+    for (int y = 0; y < loaded.height(); ++y) {
+      auto* row = reinterpret_cast<QRgb*>(loaded.scanLine(y));
+      for (int x = 0; x < loaded.width(); ++x)
+        row[x] = qGray(row[x]) < 128 ? 0xFF000000 : 0xFFFFFFFF;
+    }
+  } else {
+    canvas::LoadModePalette(state, services);
+    canvas::ReduceLikeLoading(loaded, state.palettes, mode, escape);
+  }
+  state.canvas.Restore(loaded);
+  bool ok = true;
+  const double ms = Fastest(
+      [&] {
+        state.text.Clear();
+        state.text.SetModified(false);
+        const auto result = convert::TranslateCanvas(state, services, convert::ExportRequest{});
+        ok = ok && result.status == convert::ExportStatus::Written;
+      },
+      budget, rounds);
+  return ok ? ms : -1;
+}
+
+}  // namespace
+
+int main(int argc, char* argv[]) {
+  const bool smoke = argc > 1 && std::strcmp(argv[1], "--smoke") == 0;
+  // --only NAME measures one mode.
+  const QString only =
+      argc > 2 && std::strcmp(argv[1], "--only") == 0 ? QString::fromLatin1(argv[2]) : QString();
+  const std::vector<QSize> sizes = smoke ? std::vector<QSize>{{16, 8}, {32, 24}}
+                                         : std::vector<QSize>{{128, 64}, {320, 240}, {800, 480}};
+  const double budget = smoke ? 0 : 300;
+  const int rounds = smoke ? 1 : 20;
+  QTextStream out(stdout);
+  QTemporaryDir folder;
+  vt::app::Log log;
+  vt::convert::WriteDefaultHeaderFile(folder.path() + QStringLiteral("/bench.LCD"),
+                                      vt::convert::HeaderKind::Graphics, true, log);
+  for (const QSize size : sizes) {
+    const QImage picture = Picture(size.width(), size.height());
+    const Measure floor = InChild([&] { return FloorMs(picture, budget, rounds); });
+    out << "\n"
+        << size.width() << "x" << size.height() << ": floor (C, RGB565 text) "
+        << QString::number(floor.ms, 'f', 3) << " ms, peak "
+        << QString::number(floor.peakMb, 'f', 1) << " MB\n";
+    out << QStringLiteral("  %1 %2 %3 %4\n")
+               .arg(QStringLiteral("mode"), -20)
+               .arg(QStringLiteral("ms"), 10)
+               .arg(QStringLiteral("peak MB"), 9)
+               .arg(QStringLiteral("x floor"), 9);
+    out.flush();
+    for (const vt::settings::PixelModeInfo& info : vt::settings::PixelModeTable()) {
+      const QString name = vt::settings::PixelModeName(info.mode);
+      if (name.isEmpty() || (!only.isEmpty() && name != only)) continue;
+      const Measure m =
+          InChild([&] { return ExportMs(picture, info.mode, folder.path(), budget, rounds); });
+      out << QStringLiteral("  %1 %2 %3 %4\n")
+                 .arg(name, -20)
+                 .arg(m.ms < 0 ? QStringLiteral("failed") : QString::number(m.ms, 'f', 3), 10)
+                 .arg(QString::number(m.peakMb, 'f', 1), 9)
+                 .arg(m.ms < 0 || floor.ms <= 0 ? QStringLiteral("-")
+                                                : QString::number(m.ms / floor.ms, 'f', 1),
+                      9);
+      out.flush();
+    }
+  }
+  return 0;
+}

@@ -1,0 +1,400 @@
+// SPDX-License-Identifier: MIT
+#include "canvas/color_reduction.h"
+
+#include <QBuffer>
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QImageReader>
+#include <QImageWriter>
+#include <cstdint>
+#include <vector>
+
+#include "app/messages.h"
+#include "app/state.h"
+#include "canvas/palette_files.h"
+#include "util/atomic_write.h"
+
+namespace vt::canvas {
+namespace {
+
+using platform::DialogType;
+using settings::PixelMode;
+namespace Buttons = platform::Buttons;
+
+const QString kPaletteError = QStringLiteral("Color Palette Error");
+
+void Tell(app::AppState& state, app::Services& services, const QString& text,
+          const QString& caption, DialogType type) {
+  app::MessageDlgA(state, services.dialogs, text, caption, 0, Buttons::Ok, type);
+}
+
+bool HasNoConversion(PixelMode mode) { return PaletteInfoOf(mode).entries == 0; }
+
+QRgb* Row(QImage& image, int y) { return reinterpret_cast<QRgb*>(image.scanLine(y)); }
+
+/// A memo from colour to colour: open addressing over a power-of-two table big enough for
+/// every pixel of the picture, so it never fills.
+class ColorMemo {
+ public:
+  explicit ColorMemo(std::size_t colors) {
+    std::size_t size = 64;
+    while (size < colors * 2) size *= 2;
+    slots_.assign(size, kEmpty);
+    mask_ = size - 1;
+  }
+  /// The slot of `c`: its answer when known (`found`), else where to put it.
+  std::uint64_t& Slot(Color c, bool& found) {
+    std::size_t i = (c * 0x9E3779B1u) & mask_;
+    while (slots_[i] != kEmpty && Color(slots_[i] >> 32) != c) i = (i + 1) & mask_;
+    found = slots_[i] != kEmpty;
+    return slots_[i];
+  }
+  static std::uint64_t Entry(Color c, Color answer) { return (std::uint64_t(c) << 32) | answer; }
+
+ private:
+  static constexpr std::uint64_t kEmpty = ~std::uint64_t{0};
+  std::vector<std::uint64_t> slots_;
+  std::size_t mask_ = 0;
+};
+
+/// Replaces every pixel through `search`, asking it once per distinct colour. Escape is polled
+/// once a row.
+template <typename Search>
+ConversionStatus MapPixels(QImage& image, platform::KeyPoll& escape, Search search) {
+  ColorMemo memo(std::size_t(image.width()) * image.height());
+  Color lastIn = 0xFFFFFFFF, lastOut = 0;
+  for (int y = 0; y < image.height(); ++y) {
+    if (escape.EscapePressed()) return ConversionStatus::Interrupted;
+    QRgb* row = Row(image, y);
+    for (int x = 0; x < image.width(); ++x) {
+      const Color c = FromQRgb(row[x]);
+      if (c != lastIn) {
+        lastIn = c;
+        bool found = false;
+        std::uint64_t& slot = memo.Slot(c, found);
+        if (!found) slot = ColorMemo::Entry(c, search(c));
+        lastOut = Color(slot & 0xFFFFFFFF);
+      }
+      row[x] = ToQRgb(lastOut);
+    }
+  }
+  return ConversionStatus::Done;
+}
+
+QImage AsRgb32(const QImage& image) {
+  return image.format() == QImage::Format_RGB32 ? image
+                                                : image.convertToFormat(QImage::Format_RGB32);
+}
+
+/// Distinct colours of `image`, counting stops above `limit`; one bit per colour value.
+int DistinctColors(const QImage& image, int limit) {
+  std::vector<std::uint64_t> seen(std::size_t(1) << 18, 0);
+  int count = 0;
+  for (int y = 0; y < image.height(); ++y) {
+    const QRgb* row = reinterpret_cast<const QRgb*>(image.constScanLine(y));
+    for (int x = 0; x < image.width(); ++x) {
+      const Color c = row[x] & 0x00FFFFFFu;
+      std::uint64_t& word = seen[c >> 6];
+      const std::uint64_t bit = std::uint64_t{1} << (c & 63);
+      if (word & bit) continue;
+      word |= bit;
+      if (++count > limit) return count;
+    }
+  }
+  return count;
+}
+
+/// The palette of `mode` from files or built in; the texts of the load go to `loadedText`.
+struct Loaded {
+  Palette palette;
+  bool custom = false;
+  QString text;
+};
+
+Result<Loaded> ReadModePalette(const QString& settingsFile, PixelMode mode) {
+  const PaletteInfo info = PaletteInfoOf(mode);
+  Loaded loaded;
+  const QString custom = CustomPaletteFile(settingsFile, mode);
+  const QString fallback = DefaultPaletteFile(settingsFile, mode);
+  QString path;
+  if (!custom.isEmpty() && QFileInfo(custom).isFile()) {
+    path = custom;
+    loaded.custom = true;
+    loaded.text = QStringLiteral("Custom Color Palette loaded");
+  } else {
+    if (!fallback.isEmpty() && QFileInfo(fallback).isFile()) path = fallback;
+    loaded.text = mode == PixelMode::Gray256
+                      ? QStringLiteral("Default Grayscale Color Palette Loaded")
+                      : QStringLiteral("Default Color Palette Loaded");
+  }
+  if (path.isEmpty()) {
+    loaded.palette = DefaultPalette(mode);
+  } else {
+    Result<Palette> read = ReadPaletteFile(path, info.entries);
+    if (!read) return read.error();
+    loaded.palette = std::move(read).value();
+  }
+  return loaded;
+}
+
+void Install(PaletteState& p, PixelMode mode, Palette palette) {
+  const PaletteInfo info = PaletteInfoOf(mode);
+  p.SmallPaletteMode = !info.large && info.entries > 0;
+  if (info.large) {
+    SortPalette(palette);
+    p.LargePalette = palette;
+    p.SmallPalette = std::move(palette);
+  } else {
+    p.SmallPalette = std::move(palette);
+    p.LargePalette.clear();
+  }
+}
+
+}  // namespace
+
+PixelMode ModeOf(const settings::Settings& settings) {
+  return settings::CurrentPixelMode(settings).value_or(PixelMode::Monochrome);
+}
+
+QString CustomPaletteFile(const QString& settingsFile, PixelMode mode) {
+  const PaletteInfo info = PaletteInfoOf(mode);
+  if (settingsFile.isEmpty() || *info.customSuffix == 0) return {};
+  const QFileInfo f(settingsFile);
+  return f.absolutePath() + QLatin1Char('/') + f.completeBaseName() +
+         QLatin1String(info.customSuffix);
+}
+
+QString DefaultPaletteFile(const QString& settingsFile, PixelMode mode) {
+  const PaletteInfo info = PaletteInfoOf(mode);
+  if (settingsFile.isEmpty() || *info.defaultFile == 0) return {};
+  return QFileInfo(settingsFile).absolutePath() + QLatin1Char('/') +
+         QLatin1String(info.defaultFile);
+}
+
+bool LoadModePalette(app::AppState& state, app::Services& services, bool force) {
+  PaletteState& p = state.palettes;
+  const PixelMode mode = ModeOf(state.settings);
+  if (!force && p.loadedMode == mode && p.loadedSettingsFile == state.files.SettingsFile) {
+    return true;
+  }
+  const PaletteInfo info = PaletteInfoOf(mode);
+  p.loadedMode = mode;
+  p.loadedSettingsFile = state.files.SettingsFile;
+  Result<Loaded> loaded = ReadModePalette(state.files.SettingsFile, mode);
+  if (!loaded) {
+    state.log.StatusBarAndLog(QStringLiteral("12 bit Palette corrupted !"));
+    state.log.Append(loaded.error().ToString());
+    Tell(state, services, QStringLiteral(" 12 bit palette file seem to be corrupted ! "),
+         kPaletteError, DialogType::Error);
+    if (int(p.Colors().size()) != info.entries) Install(p, mode, DefaultPalette(mode));
+    return false;
+  }
+  Install(p, mode, std::move(loaded.value().palette));
+  p.custom = loaded.value().custom;
+  p.caption = p.custom ? QStringLiteral("Current Palette is Custom")
+                       : QStringLiteral("Current Palette is Default");
+  if (info.entries > 0) state.log.StatusBarAndLog(loaded.value().text);
+  return true;
+}
+
+Result<bool> LoadCustomColorPalette(app::AppState& state, app::Services& services,
+                                    const QString& path) {
+  const PixelMode mode = ModeOf(state.settings);
+  const QString target = CustomPaletteFile(state.files.SettingsFile, mode);
+  if (target.isEmpty()) {
+    return Error{Error::Kind::Refused, path, 0, 0,
+                 QStringLiteral("the current pixel mode takes no custom palette")};
+  }
+  Result<Palette> read = ReadPaletteFile(path, PaletteInfoOf(mode).entries);
+  if (!read) return read.error();
+  if (Result<bool> written = WritePaletteFile(target, read.value()); !written) return written;
+  LoadModePalette(state, services, /*force=*/true);
+  return true;
+}
+
+Result<bool> ExportPaletteToText(app::AppState& state, app::Services& services,
+                                 const QString& path) {
+  LoadModePalette(state, services);
+  if (state.palettes.Colors().empty()) {
+    return Error{Error::Kind::Refused, path, 0, 0,
+                 QStringLiteral("the current pixel mode has no palette")};
+  }
+  return WritePaletteFile(path, state.palettes.Colors());
+}
+
+ConversionStatus ConvertToNearestColor(QImage& image, PaletteState& palettes, PixelMode mode,
+                                       platform::KeyPoll& escape) {
+  if (HasNoConversion(mode) || palettes.Colors().empty()) return ConversionStatus::NoConversion;
+  if (palettes.SmallPaletteMode) {
+    const Palette& small = palettes.SmallPalette;
+    return MapPixels(image, escape, [&](Color c) { return NearestSmallColor(c, small); });
+  }
+  NearestColorSearch search(palettes.LargePalette);
+  const ConversionStatus status =
+      MapPixels(image, escape, [&](Color c) { return search.NearestColor(c); });
+  palettes.lastIndex = search.LastIndex();
+  return status;
+}
+
+ConversionStatus ConvertToMyColor(QImage& image, const PaletteState& palettes, PixelMode mode,
+                                  platform::KeyPoll& escape) {
+  if (HasNoConversion(mode) || palettes.Colors().empty()) return ConversionStatus::NoConversion;
+  const Palette copy = palettes.Colors();
+  NearestColorSearch search(copy);
+  return MapPixels(image, escape,
+                   [&](Color c) { return c == 0 ? Color(0) : search.NearestColorKill(c); });
+}
+
+void DoGrayscale(QImage& image) {
+  for (int y = 0; y < image.height(); ++y) {
+    QRgb* row = Row(image, y);
+    for (int x = 0; x < image.width(); ++x) {
+      const int v = (qRed(row[x]) * 77 + qGreen(row[x]) * 150 + qBlue(row[x]) * 29) >> 8;
+      row[x] = qRgb(v, v, v);
+    }
+  }
+}
+
+long long CountUnknownColors(const QImage& image, const Palette& palette) {
+  const ColorIndexer index(palette);
+  long long unknown = 0;
+  for (int y = 0; y < image.height(); ++y) {
+    const QRgb* row = reinterpret_cast<const QRgb*>(image.constScanLine(y));
+    for (int x = 0; x < image.width(); ++x) {
+      if (!index.IndexOf(FromQRgb(row[x]))) ++unknown;
+    }
+  }
+  return unknown;
+}
+
+void ReduceLikeLoading(QImage& image, PaletteState& palettes, PixelMode mode,
+                       platform::KeyPoll& escape) {
+  const PaletteInfo info = PaletteInfoOf(mode);
+  if (info.entries == 0) return;
+  const bool gray = mode != PixelMode::Colors8 && mode != PixelMode::Colors16 && !info.large;
+  if (gray || mode == PixelMode::Gray256) DoGrayscale(image);
+  if (DistinctColors(image, info.entries) > info.entries) {
+    ConvertToNearestColor(image, palettes, mode, escape);
+  }
+}
+
+ConversionStatus ReduceForExport(QImage& image, PaletteState& palettes, PixelMode mode,
+                                 platform::KeyPoll& escape) {
+  if (HasNoConversion(mode) || palettes.Colors().empty()) return ConversionStatus::NoConversion;
+  ConversionStatus status = ConversionStatus::NoConversion;
+  if (CountUnknownColors(image, palettes.Colors()) > 0) {
+    status = ConvertToNearestColor(image, palettes, mode, escape);
+    if (status == ConversionStatus::Interrupted) return status;
+  }
+  const bool colors256 = mode == PixelMode::Colors256 || mode == PixelMode::Colors256OwnPalette;
+  if (colors256 && DistinctColors(image, 236) > 236) {
+    status = ConvertToNearestColor(image, palettes, mode, escape);
+  }
+  return status;
+}
+
+Result<bool> ConvertPictureFileToColors(const QString& inPath, const QString& outPath, int colors) {
+  PixelMode mode;
+  switch (colors) {
+    case 256:
+      mode = PixelMode::Colors256;
+      break;
+    case 4096:
+      mode = PixelMode::Colors4096;
+      break;
+    case 65536:
+      mode = PixelMode::Colors65536;
+      break;
+    case 262144:
+      mode = PixelMode::Colors262k;
+      break;
+    default:
+      return Error{Error::Kind::Refused, inPath, 0, 0,
+                   QStringLiteral("pictures convert to 256, 4096, 65536 or 262144 colours")};
+  }
+  QImageReader reader(inPath);
+  QImage image = reader.read();
+  if (image.isNull()) {
+    return Error{Error::Kind::Parse, inPath, 0, 0,
+                 QStringLiteral("not a picture that can be read: ") + reader.errorString()};
+  }
+  image = AsRgb32(image);
+  PaletteState palettes;
+  Install(palettes, mode, DefaultPalette(mode));
+  platform::NoKeyPoll never;
+  ConvertToNearestColor(image, palettes, mode, never);
+  QByteArray bytes;
+  {
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    QImageWriter writer(&buffer, QFileInfo(outPath).suffix().toLatin1());
+    if (!writer.write(image)) {
+      return Error{Error::Kind::Io, outPath, 0, 0, writer.errorString()};
+    }
+  }
+  return WriteFileAtomically(outPath, bytes);
+}
+
+// ---- Canvas commands ------------------------------------------------------------------------
+
+namespace {
+void TellInterrupted(app::AppState& state, app::Services& services) {
+  Tell(state, services, QStringLiteral(" Processing interrupted by escape !"),
+       QStringLiteral("Information"), DialogType::Information);
+}
+}  // namespace
+
+void ConvertCanvasToNearestColor(app::AppState& state, app::Services& services) {
+  state.log.StatusBarAndLog(QStringLiteral("Processing Color Conversion ..."));
+  LoadModePalette(state, services);
+  const auto status = ConvertToNearestColor(state.canvas.EditBitmap(), state.palettes,
+                                            ModeOf(state.settings), services.escape);
+  state.canvas.CopyBitmapToCanvas();
+  if (status == ConversionStatus::Interrupted) TellInterrupted(state, services);
+}
+
+void ConvertCanvasToMyColor(app::AppState& state, app::Services& services) {
+  state.log.StatusBarAndLog(QStringLiteral("Processing Color Conversion to Color Palette ..."));
+  LoadModePalette(state, services);
+  QElapsedTimer timer;
+  timer.start();
+  const auto status = ConvertToMyColor(state.canvas.EditBitmap(), state.palettes,
+                                       ModeOf(state.settings), services.escape);
+  state.canvas.CopyBitmapToCanvas();
+  if (status == ConversionStatus::Interrupted) {
+    TellInterrupted(state, services);
+  } else if (status == ConversionStatus::Done) {
+    state.log.StatusBarAndLog(QStringLiteral("Colors Converted to Color Palette in  ") +
+                              QString::number(timer.elapsed() / 1000.0));
+  }
+}
+
+int CountColorsCommand(app::AppState& state, app::Services& services) {
+  const int n = state.canvas.CountColors();
+  state.log.StatusBarAndLog(QStringLiteral("Count Colors : ") + QString::number(n));
+  Tell(state, services, QStringLiteral("Number Of Colors :") + QString::number(n),
+       QStringLiteral("Count Colors"), DialogType::Information);
+  return n;
+}
+
+long long CheckColorsButtonClick(app::AppState& state, app::Services& services) {
+  const PixelMode mode = ModeOf(state.settings);
+  if (mode == PixelMode::Colors16M || mode == PixelMode::Colors16MPacked) {
+    Tell(state, services, QStringLiteral("24Bit colors Mode !"), QStringLiteral("Information"),
+         DialogType::Information);
+    return 0;
+  }
+  state.log.StatusBarAndLog(QStringLiteral("Test in progress..."));
+  state.log.StatusBarAndLog(QStringLiteral("Processing colors check ..."));
+  LoadModePalette(state, services);
+  const Palette palette =
+      settings::IsMonochromeMode(mode) ? Palette{kBlack, kWhite} : state.palettes.Colors();
+  const long long unknown = CountUnknownColors(state.canvas.Bitmap(), palette);
+  Tell(state, services,
+       unknown == 0 ? QStringLiteral("Test successful !")
+                    : QString::number(unknown) + QStringLiteral(" unknown color(s) found !"),
+       QStringLiteral("Information"), DialogType::Information);
+  return unknown;
+}
+
+}  // namespace vt::canvas

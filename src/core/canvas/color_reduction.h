@@ -1,0 +1,94 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// Colour reduction of pictures to the palette of the pixel mode: loading the mode's palette
+// (custom file, default file or the built-in default), the picture conversions, the gray
+// conversion and the colour checks, and the palette commands of the menu.
+
+#include <QImage>
+#include <QString>
+
+#include "canvas/palettes.h"
+#include "platform/key_poll.h"
+#include "settings/pixel_modes.h"
+#include "util/error.h"
+
+namespace vt::app {
+struct AppState;
+struct Services;
+}  // namespace vt::app
+
+namespace vt::canvas {
+
+/// The mode of the settings, monochrome when none is set.
+settings::PixelMode ModeOf(const settings::Settings& settings);
+
+/// Base + suffix of the custom palette of `mode` beside `settingsFile` ("panel.LCD" gives
+/// "panel_65536.pal"); empty when the mode has none.
+QString CustomPaletteFile(const QString& settingsFile, settings::PixelMode mode);
+/// The default palette file of `mode` in the folder of `settingsFile`; empty when none.
+QString DefaultPaletteFile(const QString& settingsFile, settings::PixelMode mode);
+
+/// Loads the palette of the current mode into state.palettes unless it is loaded already for
+/// this mode and settings file. A large palette is the custom file when it exists ("Custom
+/// Color Palette loaded", "Current Palette is Custom"), else the default file when it exists,
+/// else the built-in default ("Default Color Palette Loaded", for 256 gray "Default Grayscale
+/// Color Palette Loaded", "Current Palette is Default"). A file with the wrong number of lines
+/// is refused with " 12 bit palette file seem to be corrupted ! " (title "Color Palette
+/// Error", log "12 bit Palette corrupted !"), a line that is no colour the same way; the
+/// previous palette then stays if it has the mode's size, else the built-in default is taken.
+/// Large palettes are sorted, and copied to SmallPalette. Returns false after a refusal.
+bool LoadModePalette(app::AppState& state, app::Services& services, bool force = false);
+
+/// "Load A Custom Color Palette": checks that `path` is a palette of the current mode's size,
+/// copies it to the custom file of the settings file and loads it.
+Result<bool> LoadCustomColorPalette(app::AppState& state, app::Services& services,
+                                    const QString& path);
+/// "Export RGB Palette to text file": the current mode's palette as a palette file.
+Result<bool> ExportPaletteToText(app::AppState& state, app::Services& services,
+                                 const QString& path);
+
+/// How a conversion ended.
+enum class ConversionStatus { Done, Interrupted, NoConversion };
+
+/// ConvertToNearestColor: every pixel of `image` (Format_RGB32) to its nearest palette colour,
+/// by NearestColor in the large modes and by a search of the whole palette in the small ones;
+/// each distinct colour is searched once. Monochrome and 16M: nothing is done. Escape is polled
+/// once a row. palettes.lastIndex takes the index of the last answer.
+ConversionStatus ConvertToNearestColor(QImage& image, PaletteState& palettes,
+                                       settings::PixelMode mode, platform::KeyPoll& escape);
+/// ConvertToMyColor: the map conversion, each distinct non-black colour through
+/// NearestColorKill on the mode's palette (black stays black). 16M: nothing is done.
+ConversionStatus ConvertToMyColor(QImage& image, const PaletteState& palettes,
+                                  settings::PixelMode mode, platform::KeyPoll& escape);
+/// DoGrayscale: Y = (R*77 + G*150 + B*29) >> 8 for every channel.
+void DoGrayscale(QImage& image);
+/// Number of pixels whose colour is not in `palette`.
+long long CountUnknownColors(const QImage& image, const Palette& palette);
+
+/// A picture reduced the way loading reduces it: in a gray mode the gray conversion first;
+/// then, when it holds more colours than the mode has, ConvertToNearestColor. Monochrome and
+/// 16M pictures are left as they are.
+void ReduceLikeLoading(QImage& image, PaletteState& palettes, settings::PixelMode mode,
+                       platform::KeyPoll& escape);
+/// The export's reduction: when the picture holds a colour outside the palette,
+/// ConvertToNearestColor; then, in 256 colours with more than 236 colours, the same again
+/// (which keeps a picture already in the palette).
+ConversionStatus ReduceForExport(QImage& image, PaletteState& palettes, settings::PixelMode mode,
+                                 platform::KeyPoll& escape);
+
+/// The file conversions to 256, 4096, 65536 or 262144 colours (`colors`): the picture file
+/// read, reduced by nearest colour to the built-in palette of that many colours, written to
+/// `outPath` in the format of its extension.
+Result<bool> ConvertPictureFileToColors(const QString& inPath, const QString& outPath, int colors);
+
+/// Canvas commands with their messages.
+void ConvertCanvasToNearestColor(app::AppState& state, app::Services& services);
+void ConvertCanvasToMyColor(app::AppState& state, app::Services& services);
+/// "Count colors": "Number Of Colors :" + n under "Count Colors", status "Count Colors : " + n.
+int CountColorsCommand(app::AppState& state, app::Services& services);
+/// "Check colors": "Test successful !" or n + " unknown color(s) found !"; in 16M
+/// "24Bit colors Mode !". Returns the unknown pixel count (0 in 16M).
+long long CheckColorsButtonClick(app::AppState& state, app::Services& services);
+
+}  // namespace vt::canvas

@@ -1,0 +1,343 @@
+// SPDX-License-Identifier: MIT
+#include "canvas/palettes.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace vt::canvas {
+namespace {
+
+using settings::PixelMode;
+
+/// A channel of `bits` bits widened to 8 by repeating its top bits.
+int Widen(int v, int bits) {
+  int out = 0;
+  for (int filled = 0; filled < 8; filled += bits) {
+    const int shift = 8 - bits - filled;
+    out |= shift >= 0 ? v << shift : v >> -shift;
+  }
+  return out & 0xFF;
+}
+
+Color Rgb(int r, int g, int b) { return Color(r) | (Color(g) << 8) | (Color(b) << 16); }
+
+/// Every colour of rR gG bB bits, red varying fastest.
+Palette EveryColor(int rBits, int gBits, int bBits) {
+  Palette p;
+  p.reserve(std::size_t(1) << (rBits + gBits + bBits));
+  for (int b = 0; b < (1 << bBits); ++b) {
+    for (int g = 0; g < (1 << gBits); ++g) {
+      for (int r = 0; r < (1 << rBits); ++r) {
+        p.push_back(Rgb(Widen(r, rBits), Widen(g, gBits), Widen(b, bBits)));
+      }
+    }
+  }
+  return p;
+}
+
+Palette Grays(int bits) {
+  Palette p;
+  for (int v = 0; v < (1 << bits); ++v) {
+    const int w = Widen(v, bits);
+    p.push_back(Rgb(w, w, w));
+  }
+  return p;
+}
+
+}  // namespace
+
+PaletteInfo PaletteInfoOf(PixelMode mode) {
+  switch (mode) {
+    case PixelMode::Gray4:
+    case PixelMode::Gray4TwoPages:
+      return {4, false, "", "", 16};
+    case PixelMode::Gray32Packed:
+    case PixelMode::Gray32RUnpacked:
+    case PixelMode::Gray32LUnpacked:
+      return {32, false, "", "", 16};
+    case PixelMode::Gray16Vertical:
+    case PixelMode::Gray16Horizontal:
+    case PixelMode::Gray16Slices:
+      return {16, false, "", "", 16};
+    case PixelMode::Colors8:
+      return {8, false, "default_8_Colors_palette.pal", "", 16};
+    case PixelMode::Colors16:
+      return {16, false, "default_16_Colors_palette.pal", "", 16};
+    case PixelMode::Gray256:
+      return {256, true, "default_grayscale_256_Colors_palette.pal", "_256.pal", 16};
+    case PixelMode::Colors256:
+    case PixelMode::Colors256OwnPalette:
+      return {256, true, "default_256_Colors_palette.pal", "_256.pal", 16};
+    case PixelMode::Colors4096Packed:
+    case PixelMode::Colors4096:
+      return {4096, true, "default_4096_Colors_palette.pal", "_4096.pal", 16};
+    case PixelMode::Colors65536:
+      return {0x10000, true, "default_65536_Colors_palette.pal", "_65536.pal", 16};
+    case PixelMode::Colors262kPacked:
+    case PixelMode::Colors262k:
+      return {0x40000, true, "default_262144_Colors_palette.pal", "_262144.pal", 18};
+    default:
+      return {};
+  }
+}
+
+Palette DefaultPalette(PixelMode mode) {
+  switch (mode) {
+    case PixelMode::Gray4:
+    case PixelMode::Gray4TwoPages:
+      return Grays(2);
+    case PixelMode::Gray32Packed:
+    case PixelMode::Gray32RUnpacked:
+    case PixelMode::Gray32LUnpacked:
+      return Grays(5);
+    case PixelMode::Gray16Vertical:
+    case PixelMode::Gray16Horizontal:
+    case PixelMode::Gray16Slices:
+      return Grays(4);
+    case PixelMode::Gray256:
+      return Grays(8);
+    case PixelMode::Colors8: {
+      Palette p;
+      for (int i = 0; i < 8; ++i)
+        p.push_back(Rgb(i & 4 ? 255 : 0, i & 2 ? 255 : 0, i & 1 ? 255 : 0));
+      return p;
+    }
+    case PixelMode::Colors16: {
+      Palette p;
+      for (int i = 0; i < 16; ++i) {
+        const int on = i & 8 ? 255 : 128;
+        p.push_back(Rgb(i & 4 ? on : 0, i & 2 ? on : 0, i & 1 ? on : 0));
+      }
+      p[7] = Rgb(192, 192, 192);
+      p[8] = Rgb(128, 128, 128);
+      return p;
+    }
+    case PixelMode::Colors256:
+    case PixelMode::Colors256OwnPalette:
+      return EveryColor(3, 3, 2);
+    case PixelMode::Colors4096Packed:
+    case PixelMode::Colors4096:
+      return EveryColor(4, 4, 4);
+    case PixelMode::Colors65536:
+      return EveryColor(5, 6, 5);
+    case PixelMode::Colors262kPacked:
+    case PixelMode::Colors262k:
+      return EveryColor(6, 6, 6);
+    default:
+      return {};
+  }
+}
+
+void SortPalette(Palette& palette) { std::sort(palette.begin(), palette.end()); }
+
+Palette SearchTable(PixelMode mode, const Palette& palette) {
+  Palette table = palette;
+  const PaletteInfo info = PaletteInfoOf(mode);
+  if (info.entries == 32 || info.entries == 0x40000) table.push_back(0);  // the black slot
+  return table;
+}
+
+Palette DefaultSearchTable(PixelMode mode) {
+  Palette palette = DefaultPalette(mode);
+  if (PaletteInfoOf(mode).large) SortPalette(palette);
+  return SearchTable(mode, palette);
+}
+
+// ---- Index of a search table ----------------------------------------------------------------
+
+ColorIndexer::ColorIndexer(std::span<const Color> table) : table_(table) {
+  int n = 1;
+  while (n < int(table.size()) && table[n - 1] <= table[n]) ++n;
+  sortedPrefix_ = std::min<int>(n, int(table.size()));
+  // A table sorted but for a few slots at its end (the black slot) is searched by halves and
+  // then directly; any other goes through its pairs.
+  if (int(table.size()) - sortedPrefix_ > 1) {
+    sortedPrefix_ = 0;
+    for (int i = 0; i < int(table.size()); ++i) pairs_.emplace_back(table[i], i);
+    std::stable_sort(pairs_.begin(), pairs_.end(),
+                     [](const auto& a, const auto& b) { return a.first < b.first; });
+  } else if (sortedPrefix_ > 4096 && table_[sortedPrefix_ - 1] <= 0xFFFFFF) {
+    starts_.resize(0x10001);
+    int i = 0;
+    for (int k = 0; k <= 0x10000; ++k) {
+      while (i < sortedPrefix_ && (table_[i] >> 8) < Color(k)) ++i;
+      starts_[k] = i;
+    }
+  }
+}
+
+std::optional<int> ColorIndexer::IndexOf(std::int64_t color) const {
+  if (color == lastColor_) return lastIndex_;
+  std::optional<int> found;
+  if (color >= 0 && color <= 0xFFFFFFFF) {
+    const Color c = static_cast<Color>(color);
+    if (!pairs_.empty()) {
+      const auto it = std::lower_bound(pairs_.begin(), pairs_.end(), c,
+                                       [](const auto& a, Color v) { return a.first < v; });
+      if (it != pairs_.end() && it->first == c) found = it->second;
+    } else {
+      auto begin = table_.begin(), end = table_.begin() + sortedPrefix_;
+      if (!starts_.empty() && c <= 0xFFFFFF) {
+        end = table_.begin() + starts_[(c >> 8) + 1];
+        begin = table_.begin() + starts_[c >> 8];
+      }
+      const auto it = std::lower_bound(begin, end, c);
+      if (it != end && *it == c) {
+        found = int(it - table_.begin());
+      } else {
+        for (int i = sortedPrefix_; i < int(table_.size()); ++i) {
+          if (table_[i] == c) {
+            found = i;
+            break;
+          }
+        }
+      }
+    }
+  }
+  lastColor_ = color;
+  lastIndex_ = found;
+  return found;
+}
+
+// ---- Nearest colour ---------------------------------------------------------------------------
+
+/// The entries of one window sorted into 16 x 16 x 16 cells of colour space (4 bits a channel),
+/// each cell's indexes ascending.
+struct NearestColorSearch::Grid {
+  int lo = 0, hi = -1;
+  std::vector<int> start;  // 4097 offsets into `indexes`
+  std::vector<int> indexes;
+};
+
+namespace {
+int CellOf(Color c) {
+  return int((c >> 4) & 0xF) | (int((c >> 12) & 0xF) << 4) | (int((c >> 20) & 0xF) << 8);
+}
+/// Squared distance from `v` to the nearest value of cell `cell` on one axis.
+int Gap(int v, int cell) {
+  const int low = cell * 16, high = low + 15;
+  const int g = v < low ? low - v : v > high ? v - high : 0;
+  return g * g;
+}
+}  // namespace
+
+NearestColorSearch::NearestColorSearch(const Palette& sortedPalette) : p_(sortedPalette) {}
+
+NearestColorSearch::~NearestColorSearch() = default;
+
+NearestColorSearch::Grid& NearestColorSearch::GridFor(int lo, int hi) {
+  for (const auto& g : grids_) {
+    if (g->lo == lo && g->hi == hi) return *g;
+  }
+  auto owned = std::make_unique<Grid>();
+  Grid* grid = owned.get();
+  grid->lo = lo;
+  grid->hi = hi;
+  grid->start.assign(4097, 0);
+  for (int i = lo; i <= hi; ++i) ++grid->start[CellOf(p_[i]) + 1];
+  for (int c = 0; c < 4096; ++c) grid->start[c + 1] += grid->start[c];
+  grid->indexes.resize(std::max(0, hi - lo + 1));
+  std::vector<int> fill(grid->start.begin(), grid->start.end() - 1);
+  for (int i = lo; i <= hi; ++i) grid->indexes[fill[CellOf(p_[i])]++] = i;
+  grids_.push_back(std::move(owned));
+  return *grid;
+}
+
+int NearestColorSearch::SearchWindow(Color c, int lo, int hi) {
+  lo = std::max(lo, 0);
+  hi = std::min(hi, int(p_.size()) - 1);
+  if (lo > hi) return -1;
+  // A short window is scanned; a long one is looked up through its grid.
+  if (hi - lo < 256) {
+    int best = std::numeric_limits<int>::max(), bestIndex = -1;
+    for (int i = lo; i <= hi; ++i) {
+      const int d = ColorDistance(c, p_[i]);
+      if (d < best) best = d, bestIndex = i;
+    }
+    return bestIndex;
+  }
+  const Grid& grid = GridFor(lo, hi);
+  const int r = int(c & 0xFF), g = int((c >> 8) & 0xFF), b = int((c >> 16) & 0xFF);
+  const int cr = r >> 4, cg = g >> 4, cb = b >> 4;
+  int best = std::numeric_limits<int>::max();
+  int bestIndex = -1;
+  for (int s = 0; s < 16; ++s) {
+    // Every cell of this shell lies at least 16s - 15 away on some axis.
+    if (s > 0 && best < (16 * s - 15) * (16 * s - 15)) break;
+    for (int kb = std::max(0, cb - s); kb <= std::min(15, cb + s); ++kb) {
+      for (int kg = std::max(0, cg - s); kg <= std::min(15, cg + s); ++kg) {
+        auto visit = [&](int kr) {
+          if (Gap(r, kr) + Gap(g, kg) + Gap(b, kb) > best) return;
+          const int cell = kr | (kg << 4) | (kb << 8);
+          for (int k = grid.start[cell]; k < grid.start[cell + 1]; ++k) {
+            const int i = grid.indexes[k];
+            const int d = ColorDistance(c, p_[i]);
+            if (d < best || (d == best && i < bestIndex)) {
+              best = d;
+              bestIndex = i;
+            }
+          }
+        };
+        // On a face of the shell every red cell belongs to it; inside, only the two at red
+        // distance s.
+        if (std::max(std::abs(kb - cb), std::abs(kg - cg)) == s) {
+          for (int kr = std::max(0, cr - s); kr <= std::min(15, cr + s); ++kr) visit(kr);
+        } else {
+          if (cr - s >= 0) visit(cr - s);
+          if (cr + s <= 15) visit(cr + s);
+        }
+      }
+    }
+  }
+  return bestIndex;
+}
+
+Color NearestColorSearch::NearestColor(Color c) {
+  if (c == 0 || c == kNoColor) return c;
+  const int n = int(p_.size());
+  if (n == 0) return c;
+  int lo, hi;
+  if (c > p_[(n / 4) * 3]) {
+    lo = (n / 4) * 3, hi = n - 1;
+  } else if (c > p_[n / 2]) {
+    lo = n / 2, hi = ((n - 1) / 4) * 3;
+  } else if (c > p_[n / 4]) {
+    lo = n / 4, hi = (n - 1) / 2;
+  } else {
+    lo = 0, hi = (n - 1) / 4;
+  }
+  const int i = SearchWindow(c, lo, hi);
+  if (i < 0) return 0;
+  lastIndex_ = i;
+  return p_[i];
+}
+
+Color NearestColorSearch::NearestColorKill(Color c) {
+  const int n = int(p_.size());
+  if (n == 0) return 0;
+  int lo, hi;
+  if (c > p_[n / 2]) {
+    lo = n / 2, hi = 3 * ((n - 1) / 4);
+  } else if (c > p_[n / 4]) {
+    lo = n / 4, hi = (n - 1) / 2;
+  } else {
+    lo = 0, hi = (n - 1) / 4;
+  }
+  const int i = SearchWindow(c, lo, hi);
+  return i < 0 ? 0 : p_[i];
+}
+
+Color NearestSmallColor(Color c, std::span<const Color> palette) {
+  int best = std::numeric_limits<int>::max();
+  Color answer = c;
+  for (const Color entry : palette) {
+    const int d = ColorDistance(c, entry);
+    if (d < best) {
+      best = d;
+      answer = entry;
+    }
+  }
+  return answer;
+}
+
+}  // namespace vt::canvas

@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// The palettes of the pixel modes: which colours the Work Canvas may hold in each mode, the
+// default palettes, the search tables of the packers and the nearest-colour rule.
+
+#include <QString>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "canvas/raster.h"
+#include "settings/pixel_modes.h"
+
+namespace vt::canvas {
+
+using Palette = std::vector<Color>;
+
+/// Marks "no colour" in colour searches.
+inline constexpr Color kNoColor = 0x1000000;
+
+/// What a mode's palette is and where its files are.
+struct PaletteInfo {
+  int entries = 0;                ///< 0: the mode has no palette (monochrome, 16M)
+  bool large = false;             ///< LargePalette (sorted) rather than SmallPalette
+  const char* defaultFile = "";   ///< file name in the program folder; empty: built in only
+  const char* customSuffix = "";  ///< appended to the settings file's base; empty: none
+  /// Depth named in the "not found" message: 16 or 18.
+  int messageBits = 16;
+};
+
+/// The palette description of `mode`.
+PaletteInfo PaletteInfoOf(settings::PixelMode mode);
+
+/// The built-in palette of `mode` in file order (the large ones are sorted on load anyway):
+///  - 4, 16 and 32 gray: levels from black to white, each level widened to 8 bits by repeating
+///    its bits (0x00, 0x55, 0xAA, 0xFF; n * 0x11; v << 3 | v >> 2);
+///  - 8 colours: index bits R G B (0 black, 1 blue, 2 green ... 7 white);
+///  - 16 colours: index bits I R G B, the dark half at 0x80, light gray 0xC0 at 7, dark gray
+///    0x80 at 8;
+///  - 256 gray: the 256 grays; 256 colours: every R3G3B2 colour;
+///  - 4096, 65536, 262144: every R4G4B4, R5G6B5, R6G6B6 colour;
+/// every channel widened to 8 bits by repeating its top bits (a 5-bit v becomes v<<3 | v>>2).
+/// Empty for monochrome and 16M.
+Palette DefaultPalette(settings::PixelMode mode);
+
+/// SortPalettes: ascending as plain 0x00BBGGRR integers.
+void SortPalette(Palette& palette);
+
+/// The table the packers search for `mode`, built from the mode's palette: the palette itself
+/// for the small modes, with a 33rd black slot for 32 gray; the sorted palette for the large
+/// ones, with a 262145th black slot for 262k.
+Palette SearchTable(settings::PixelMode mode, const Palette& palette);
+
+/// The search table of `mode` over its built-in palette (sorted when large).
+Palette DefaultSearchTable(settings::PixelMode mode);
+
+/// Index of a colour in a search table, equal to the first match of a linear search from
+/// entry 0: a sorted table is searched by halves, any other through a sorted copy of its
+/// (colour, first index) pairs. The last answer is remembered, so runs of one colour are free.
+class ColorIndexer {
+ public:
+  explicit ColorIndexer(std::span<const Color> table);
+  std::optional<int> IndexOf(std::int64_t color) const;
+  int size() const { return static_cast<int>(table_.size()); }
+
+ private:
+  std::span<const Color> table_;
+  int sortedPrefix_ = 0;  // entries [0, sortedPrefix_) ascending; the rest searched directly
+  std::vector<std::pair<Color, int>> pairs_;  // used when the table is not sorted
+  // Large sorted tables: where the entries of each value of bits 8..23 begin.
+  std::vector<int> starts_;
+  mutable std::int64_t lastColor_ = -2;
+  mutable std::optional<int> lastIndex_;
+};
+
+/// The nearest-colour rule of the large palettes, on a sorted palette P of n entries.
+/// NearestColor searches one quarter window, chosen by comparing the colour as an integer with
+/// P[(n/4)*3], P[n/2] and P[n/4]; NearestColorKill only with P[n/2] and P[n/4], so that the top
+/// quarter is never tried. In a window the least squared RGB distance wins, the lowest index of
+/// equal distances first. A near colour outside the window is not found: that is the rule.
+/// The windows are indexed by a grid of colour cells, so each search looks at a few cells only,
+/// with answers identical to a scan of the window.
+class NearestColorSearch {
+ public:
+  explicit NearestColorSearch(const Palette& sortedPalette);
+  ~NearestColorSearch();
+  NearestColorSearch(const NearestColorSearch&) = delete;
+  NearestColorSearch& operator=(const NearestColorSearch&) = delete;
+
+  /// 0 gives 0, kNoColor gives kNoColor; otherwise the palette colour of the window search
+  /// (0 for an empty window).
+  Color NearestColor(Color c);
+  /// The plain form of the map conversion; an empty window gives 0.
+  Color NearestColorKill(Color c);
+  /// Index of the last answer of NearestColor (for the status bar).
+  int LastIndex() const { return lastIndex_; }
+
+  /// The index of the nearest entry in [lo, hi] (inclusive), or -1 when the window is empty.
+  int SearchWindow(Color c, int lo, int hi);
+
+ private:
+  struct Grid;
+  Grid& GridFor(int lo, int hi);
+
+  const Palette& p_;
+  std::vector<std::unique_ptr<Grid>> grids_;
+  int lastIndex_ = 0;
+};
+
+/// The nearest entry of a small palette, the whole palette searched, the first of equal
+/// distances winning (the small modes' own search).
+Color NearestSmallColor(Color c, std::span<const Color> palette);
+
+/// Squared RGB distance of two colour values.
+inline int ColorDistance(Color a, Color b) {
+  const int dr = int(a & 0xFF) - int(b & 0xFF);
+  const int dg = int((a >> 8) & 0xFF) - int((b >> 8) & 0xFF);
+  const int db = int((a >> 16) & 0xFF) - int((b >> 16) & 0xFF);
+  return dr * dr + dg * dg + db * db;
+}
+
+/// The palettes of the current mode, as the application holds them.
+struct PaletteState {
+  Palette SmallPalette;  ///< small modes: the palette; large modes: a copy of LargePalette
+  Palette LargePalette;  ///< sorted
+  bool SmallPaletteMode = false;
+  /// The mode and settings file the palettes were loaded for; empty: not loaded.
+  std::optional<settings::PixelMode> loadedMode;
+  QString loadedSettingsFile;
+  bool custom = false;  ///< "Current Palette is Custom"
+  QString caption;      ///< "Current Palette is Default" or "... Custom"
+  int lastIndex = 0;    ///< index of the last nearest colour, for the status bar
+
+  /// The palette colours of the mode (SmallPalette in small modes, LargePalette otherwise).
+  const Palette& Colors() const { return SmallPaletteMode ? SmallPalette : LargePalette; }
+};
+
+}  // namespace vt::canvas

@@ -1,0 +1,239 @@
+// SPDX-License-Identifier: MIT
+#include "canvas/palettes.h"
+
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <random>
+
+#include "canvas/color_reduction.h"
+#include "canvas/palette_files.h"
+#include "temp_folders.h"
+
+namespace vt::canvas {
+namespace {
+
+using settings::PixelMode;
+
+Palette Sorted(PixelMode mode) {
+  Palette p = DefaultPalette(mode);
+  SortPalette(p);
+  return p;
+}
+
+TEST(Palettes, DefaultsWidenEachChannelByRepeatingItsTopBits) {
+  const struct {
+    PixelMode mode;
+    std::size_t size;
+    Color second;  // entry 1: the lowest step of red (or of gray)
+  } cases[] = {
+      {PixelMode::Gray4, 4, 0x555555},
+      {PixelMode::Gray16Vertical, 16, 0x111111},
+      {PixelMode::Gray32Packed, 32, 0x080808},
+      {PixelMode::Colors8, 8, 0xFF0000},
+      {PixelMode::Colors16, 16, 0x800000},
+      {PixelMode::Gray256, 256, 0x010101},
+      {PixelMode::Colors256, 256, 0x000024},
+      {PixelMode::Colors4096, 4096, 0x000011},
+      {PixelMode::Colors65536, 0x10000, 0x000008},
+      {PixelMode::Colors262k, 0x40000, 0x000004},
+  };
+  for (const auto& c : cases) {
+    const Palette p = DefaultPalette(c.mode);
+    EXPECT_EQ(p.size(), c.size);
+    EXPECT_EQ(p.at(1), c.second);
+  }
+  // Sorted as 0x00BBGGRR, a 16-bit index is blue, green, red: red is index 31, white the last.
+  const Palette p = Sorted(PixelMode::Colors65536);
+  EXPECT_EQ(p[31], 0x0000FFu);
+  EXPECT_EQ(p[0xFFFF], 0xFFFFFFu);
+  EXPECT_EQ(DefaultPalette(PixelMode::Colors16)[7], 0xC0C0C0u);
+  EXPECT_TRUE(DefaultPalette(PixelMode::Colors16M).empty());
+}
+
+TEST(Palettes, IndexIsTheFirstMatchOfALinearSearch) {
+  const Palette unsorted{5, 3, 5, 0};
+  const Palette slot{1, 2, 2, 3, 0};  // sorted, with a black slot at its end
+  const ColorIndexer a(unsorted), b(slot);
+  EXPECT_EQ(a.IndexOf(5), 0);
+  EXPECT_EQ(a.IndexOf(0), 3);
+  EXPECT_FALSE(a.IndexOf(7));
+  EXPECT_FALSE(a.IndexOf(-1));
+  EXPECT_EQ(b.IndexOf(2), 1);
+  EXPECT_EQ(b.IndexOf(0), 4);
+  EXPECT_EQ(DefaultSearchTable(PixelMode::Colors262k).size(), 0x40001u);
+  EXPECT_EQ(DefaultSearchTable(PixelMode::Gray32Packed).size(), 33u);
+}
+
+TEST(Palettes, WindowSearchEqualsAScanOfTheWindow) {
+  std::mt19937 random(7);
+  for (const bool grays : {false, true}) {  // many equal entries; or all far from most colours
+    Palette p;
+    for (int i = 0; i < 3000; ++i) {
+      p.push_back(grays ? (random() & 0xFF) * 0x010101 : random() & 0xF0F0F0);
+    }
+    SortPalette(p);
+    NearestColorSearch search(p);
+    for (int k = 0; k < 400; ++k) {
+      const Color c = random() & 0xFFFFFF;
+      const int lo = int(random() % 3000), hi = lo + int(random() % 800);
+      int best = 1 << 30, want = -1;
+      for (int i = lo; i <= std::min(hi, 2999); ++i) {
+        if (ColorDistance(c, p[i]) < best) best = ColorDistance(c, p[i]), want = i;
+      }
+      ASSERT_EQ(search.SearchWindow(c, lo, hi), want) << c;
+    }
+  }
+}
+
+TEST(Palettes, NearestColorSearchesOnlyItsQuarter) {
+  const Palette p = Sorted(PixelMode::Colors65536);
+  NearestColorSearch search(p);
+  // Pure blue 0xC6 equals P[n/4*3] and so falls to the window below, which ends at blue 0xBD.
+  EXPECT_EQ(search.NearestColor(0xC60000), 0xBD0000u);
+  EXPECT_EQ(search.NearestColor(0xC60001), 0xC60000u);
+  EXPECT_EQ(search.NearestColor(0x0000FE), 0x0000FFu);
+  EXPECT_EQ(search.NearestColor(0), 0u);
+  EXPECT_EQ(search.NearestColor(kNoColor), kNoColor);
+  // The map form never tries the top quarter; with 4 entries its upper window is empty.
+  // Blue 23 with green 63 and red 31 lies just past the window: green 62 is the nearest then.
+  EXPECT_EQ(search.NearestColorKill(0xFFFFFF), 0xBDFBFFu);
+  const Palette gray4 = DefaultPalette(PixelMode::Gray4);
+  EXPECT_EQ(NearestColorSearch(gray4).NearestColorKill(0xFFFFFF), 0u);
+  EXPECT_EQ(NearestSmallColor(0x808080, gray4), 0xAAAAAAu);  // 0x80 is nearer 0xAA than 0x55
+}
+
+TEST(Palettes, ReductionsAndGray) {
+  PaletteState palettes;
+  palettes.SmallPalette = DefaultPalette(PixelMode::Gray4);
+  palettes.SmallPaletteMode = true;
+  // Five grays after the gray conversion (76, 200, 0, 10, 100): more than the palette holds.
+  const QRgb in[] = {qRgb(255, 0, 0), qRgb(200, 200, 200), 0, qRgb(10, 10, 10),
+                     qRgb(100, 100, 100)};
+  const Color out[] = {0x555555, 0xAAAAAA, 0, 0, 0x555555};
+  QImage image(5, 1, QImage::Format_RGB32);
+  for (int x = 0; x < 5; ++x) image.setPixel(x, 0, in[x]);
+  platform::NoKeyPoll keys;
+  ReduceLikeLoading(image, palettes, PixelMode::Gray4, keys);
+  for (int x = 0; x < 5; ++x) EXPECT_EQ(image.pixel(x, 0) & 0xFFFFFF, out[x]);
+  EXPECT_EQ(CountUnknownColors(image, palettes.SmallPalette), 0);
+  image.setPixel(2, 0, qRgb(255, 255, 255));
+  ConvertToMyColor(image, palettes, PixelMode::Gray4, keys);  // white: empty window, 0
+  EXPECT_EQ(image.pixel(2, 0) & 0xFFFFFF, 0u);
+}
+
+TEST(PaletteFiles, RoundTripsAndBadLinesNameFileAndLine) {
+  EXPECT_EQ(ParseColorText(QStringLiteral(" $000000FF ")), 0xFFu);
+  EXPECT_EQ(ParseColorText(QStringLiteral("255")), 0xFFu);
+  EXPECT_EQ(ParseColorText(QStringLiteral("clRed")), 0xFFu);
+  EXPECT_EQ(ParseColorText(QStringLiteral("White")), 0xFFFFFFu);
+  EXPECT_FALSE(ParseColorText(QStringLiteral("$1000000")));
+  EXPECT_FALSE(ParseColorText(QStringLiteral("reddish")));
+
+  const Palette p = DefaultPalette(PixelMode::Colors8);
+  const QString text = QString::fromLatin1(PaletteFileText(p));
+  EXPECT_TRUE(text.startsWith(QLatin1String("$00000000\r\n$00FF0000\r\n")));
+  EXPECT_EQ(ParsePaletteText(text, QStringLiteral("p.pal"), 8).value(), p);
+  const auto extra = ParsePaletteText(text + QStringLiteral("0\r\n"), QStringLiteral("p.pal"), 8);
+  ASSERT_FALSE(extra);
+  EXPECT_EQ(extra.error().ToString(),
+            QLatin1String("p.pal: 9 lines where the palette has 8 colours"));
+  const auto bad = ParsePaletteText(QStringLiteral("0\n$FF\nteal-ish\n"), QStringLiteral("q.pal"));
+  ASSERT_FALSE(bad);
+  EXPECT_EQ(bad.error().line, 3);
+  EXPECT_EQ(bad.error().path, QLatin1String("q.pal"));
+
+  const std::vector<ColorListEntry> list{{QStringLiteral("Tomato"), 255, 99, 71, {"Red"}},
+                                         {QStringLiteral("Navy"), 0, 0, 128, {}}};
+  for (const ColorListKind kind : {ColorListKind::Hex, ColorListKind::Rgb}) {
+    const QString written = QString::fromUtf8(ColorListText(list, kind));
+    const auto back = ParseColorList(written, kind, QStringLiteral("c"));
+    ASSERT_TRUE(back);
+    EXPECT_EQ(back.value()[0].GridRow(6), (QStringList{"Tomato", "255", "99", "71", "Red", "0"}));
+    EXPECT_EQ(back.value()[1].color(), 0x800000u);
+    EXPECT_EQ(FilterColorList(back.value(), kind, QStringLiteral("TOM")).size(), 1u);
+  }
+  EXPECT_TRUE(QString::fromUtf8(ColorListText(list, ColorListKind::Hex))
+                  .startsWith("Tomato;#FF6347;Red\r\n"));
+  const auto wrong = ParseColorList(QStringLiteral("A;1;2;3\n\nB;1;300;3\n"), ColorListKind::Rgb,
+                                    QStringLiteral("x.csvrgb"));
+  ASSERT_FALSE(wrong);
+  EXPECT_EQ(wrong.error().line, 3);
+  EXPECT_FALSE(ParseColorList(QStringLiteral("A;FF0000"), ColorListKind::Hex, QString()));
+}
+
+TEST(PaletteFiles, ModePaletteLoadsCustomThenDefaultAndRefusesABadFile) {
+  vt::test::TestServices t;
+  app::AppState state;
+  state.files.SettingsFile = t.folders.Path(QStringLiteral("panel.LCD"));
+  settings::ApplyModeFlags(state.settings.pixel, settings::Info(PixelMode::Colors4096).flags);
+  ASSERT_TRUE(LoadModePalette(state, t.services));
+  EXPECT_EQ(state.palettes.caption, QLatin1String("Current Palette is Default"));
+  EXPECT_EQ(state.log.StatusText(), QLatin1String("Default Color Palette Loaded"));
+
+  // A custom palette: every entry black but one, loaded and sorted.
+  Palette custom(4096, 0);
+  custom[0] = 0x123456;
+  const QString source = t.folders.Path(QStringLiteral("mine.pal"));
+  ASSERT_TRUE(WritePaletteFile(source, custom));
+  ASSERT_TRUE(LoadCustomColorPalette(state, t.services, source));
+  EXPECT_TRUE(QFile::exists(t.folders.Path(QStringLiteral("panel_4096.pal"))));
+  EXPECT_EQ(state.palettes.caption, QLatin1String("Current Palette is Custom"));
+  EXPECT_EQ(state.palettes.LargePalette.back(), 0x123456u);
+
+  // One line too many: refused, the loaded palette stays.
+  QFile file(t.folders.Path(QStringLiteral("panel_4096.pal")));
+  ASSERT_TRUE(file.open(QIODevice::Append));
+  file.write("0\r\n");
+  file.close();
+  EXPECT_FALSE(LoadModePalette(state, t.services, true));
+  EXPECT_EQ(t.dialogs.shown.back().text,
+            QLatin1String(" 12 bit palette file seem to be corrupted ! "));
+  EXPECT_EQ(state.palettes.LargePalette.back(), 0x123456u);
+  EXPECT_FALSE(LoadCustomColorPalette(state, t.services, t.folders.Path("panel_4096.pal")));
+
+  const QString exported = t.folders.Path(QStringLiteral("out.pal"));
+  ASSERT_TRUE(ExportPaletteToText(state, t.services, exported));
+  EXPECT_EQ(ReadPaletteFile(exported, 4096).value(), state.palettes.LargePalette);
+}
+
+}  // namespace
+}  // namespace vt::canvas
+
+namespace vt::canvas {
+namespace {
+
+TEST(PaletteCommands, CountCheckAndFileConversion) {
+  vt::test::TestServices t;
+  app::AppState state;
+  state.files.SettingsFile = t.folders.Path(QStringLiteral("panel.LCD"));
+  state.canvas.Resize(2, 1);
+  state.canvas.SetPixel(0, 0, 0x0001FE);  // not in the 65536 palette; white is
+  EXPECT_EQ(CountColorsCommand(state, t.services), 2);
+  for (const auto& [mode, text] :
+       {std::pair{PixelMode::Colors65536, "1 unknown color(s) found !"},
+        std::pair{PixelMode::Colors16M, "24Bit colors Mode !"},
+        std::pair{PixelMode::Monochrome, "1 unknown color(s) found !"}}) {
+    settings::ApplyModeFlags(state.settings.pixel, settings::Info(mode).flags);
+    CheckColorsButtonClick(state, t.services);
+    EXPECT_EQ(t.dialogs.shown.back().text, QLatin1String(text));
+  }
+  EXPECT_EQ(t.dialogs.Texts().first(), QLatin1String("Number Of Colors :2"));
+  settings::ApplyModeFlags(state.settings.pixel, settings::Info(PixelMode::Colors65536).flags);
+  ConvertCanvasToNearestColor(state, t.services);
+  CheckColorsButtonClick(state, t.services);
+  EXPECT_EQ(t.dialogs.shown.back().text, QLatin1String("Test successful !"));
+  EXPECT_EQ(state.canvas.Pixel(0, 0), 0x0000FFu);
+
+  QImage picture(1, 1, QImage::Format_RGB32);
+  picture.setPixel(0, 0, qRgb(254, 1, 0));
+  const QString in = t.folders.Path(QStringLiteral("in.png")), out = t.folders.Path("out.png");
+  ASSERT_TRUE(picture.save(in));
+  ASSERT_TRUE(ConvertPictureFileToColors(in, out, 4096));
+  EXPECT_EQ(QImage(out).pixel(0, 0), qRgb(255, 0, 0));
+  EXPECT_FALSE(ConvertPictureFileToColors(in, out, 300));
+  EXPECT_FALSE(ConvertPictureFileToColors(t.folders.Path("none.png"), out, 256));
+}
+
+}  // namespace
+}  // namespace vt::canvas
