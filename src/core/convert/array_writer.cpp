@@ -65,7 +65,11 @@ ArrayResult WriteArray(const ArrayRequest& request, app::TextBuffer& text) {
   writer.WriteDataPreamble(preamble, built);
 
   ConversionCursor cursor;
-  WalkRequest walk{settings, request.source, PackerStages{writer}, request.keyPoll, area};
+  std::optional<GridReorderStage> reorder;
+  if (request.reorderGrid) reorder.emplace(*request.reorderGrid, settings);
+  PackerStages stages{writer};
+  stages.reorder = reorder ? &*reorder : nullptr;
+  WalkRequest walk{settings, request.source, stages, request.keyPoll, area};
   walk.lowerHalf = request.half == HalfExport::Lower;
   result.completed = WalkArea(walk, cursor);
   result.bytes = writer.ArrayBytes();

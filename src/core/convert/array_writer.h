@@ -7,6 +7,7 @@
 #include "app/text_buffer.h"
 #include "convert/header_template.h"
 #include "convert/pixel_source.h"
+#include "convert/reorder.h"
 #include "convert/scan_walker.h"
 #include "settings/settings.h"
 
@@ -36,6 +37,9 @@ struct ArrayRequest {
   QString templateFileName;            ///< named in the missing-template warning
   QString dateText;                    ///< date and time of the export
   HalfExport half = HalfExport::None;
+  /// The rearrangement table that values pass through while dore is on; none: they pass as
+  /// they are.
+  const ReorderGrid* reorderGrid = nullptr;
 };
 
 /// What writing the array left.

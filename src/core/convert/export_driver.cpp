@@ -590,7 +590,8 @@ bool WriteArray(app::AppState& state, app::Services& services, ExportRun& run) {
                              LoadHeaderTemplate(templateFile),
                              templateFile,
                              DateText(services.clock),
-                             run.half};
+                             run.half,
+                             &state.reorder};
   const ArrayResult result = convert::WriteArray(request, state.text);
   if (!result.warning.isEmpty()) {
     Tell(state, services, result.warning, QStringLiteral("Warning"), DialogType::Warning);
