@@ -7,6 +7,7 @@
 
 #include "app/configuration.h"
 #include "app/state.h"
+#include "canvas/threshold.h"
 #include "convert/data_text.h"
 #include "convert/export_driver.h"
 #include "platform/clock.h"
@@ -318,6 +319,8 @@ struct ExportOptions {
   QString corner;
   QStringList assignments;
   QString output;  ///< empty: OFP under the output name
+  QString threshold;  ///< monochrome: the threshold slider position, 0..255
+  QString dither;     ///< monochrome: the dithering method's command-line name
 };
 
 /// Parses the export command's arguments; kExitUsage after telling why.
@@ -335,6 +338,10 @@ int ParseExportOptions(const QStringList& args, ExportOptions& options, QTextStr
       slot = &options.corner;
     else if (arg == QStringLiteral("-o") || arg == QStringLiteral("--output"))
       slot = &options.output;
+    else if (arg == QStringLiteral("--threshold"))
+      slot = &options.threshold;
+    else if (arg == QStringLiteral("--dither"))
+      slot = &options.dither;
     if (slot != nullptr || arg == QStringLiteral("--set")) {
       if (i + 1 >= args.size()) {
         err << "vantorelle-cli: " << arg << " needs a value\n";
@@ -354,7 +361,26 @@ int ParseExportOptions(const QStringList& args, ExportOptions& options, QTextStr
   }
   if (options.image.isEmpty()) {
     err << "vantorelle-cli: usage: vantorelle-cli export IMAGE [--settings FILE] [--mode NAME] "
-           "[--direction KEY] [--corner N] [--set KEY=VALUE]... [-o OUTPUT]\n";
+           "[--direction KEY] [--corner N] [--set KEY=VALUE]... [--threshold N | --dither "
+           "METHOD] [-o OUTPUT]\n";
+    return kExitUsage;
+  }
+  if (!options.threshold.isEmpty() && !options.dither.isEmpty()) {
+    err << "vantorelle-cli: give either --threshold or --dither, not both\n";
+    return kExitUsage;
+  }
+  if (!options.threshold.isEmpty()) {
+    bool ok = false;
+    const int position = options.threshold.toInt(&ok);
+    if (!ok || position < 0 || position > canvas::BlackWhiteTools::kMaxPosition) {
+      err << "vantorelle-cli: --threshold is a slider position from 0 to 255, not '"
+          << options.threshold << "'\n";
+      return kExitUsage;
+    }
+  }
+  if (!options.dither.isEmpty() && !canvas::DitherMethodFromName(options.dither)) {
+    err << "vantorelle-cli: unknown dithering method '" << options.dither << "'; one of "
+        << canvas::DitherMethodNames() << '\n';
     return kExitUsage;
   }
   return kExitOk;
@@ -401,6 +427,31 @@ bool HoldsOnlyBlackAndWhite(const QImage& image) {
     }
   }
   return true;
+}
+
+/// Puts a picture on the monochrome canvas as an import does: it floats over the white canvas,
+/// a threshold or a dithering makes it black and white, and it is pasted. Without either, a
+/// picture of other colours stays floating unconverted, for the export to refuse. Returns
+/// whether it still floats.
+bool PlaceMonochromePicture(app::AppState& state, app::Services& services, const QImage& image,
+                            const ExportOptions& options) {
+  const bool converted = !options.threshold.isEmpty() || !options.dither.isEmpty();
+  const bool blackAndWhite = HoldsOnlyBlackAndWhite(image);
+  if (!converted && !blackAndWhite) {
+    canvas::Draw(state.canvas.EditBitmap(), image, {0, 0}, canvas::Blend::Copy);
+    return true;
+  }
+  state.canvas.Selection().Float(image, {0, 0}, !blackAndWhite);
+  canvas::EnableSelection(state);
+  if (!options.threshold.isEmpty()) {
+    canvas::BWTrackBarChange(state, options.threshold.toInt());
+  } else if (!options.dither.isEmpty()) {
+    state.blackWhite.Dither = {*canvas::DitherMethodFromName(options.dither),
+                               canvas::DitherReduction::Monochrome};
+    canvas::PerformDithering(state, services);
+  }
+  canvas::DoPaste(state, services, canvas::BlackWhiteConversions(state));
+  return false;
 }
 
 /// What the command line cannot export yet, with the reason; empty when the export may run.
@@ -469,21 +520,12 @@ int RunExport(const QStringList& args, app::AppState& state, app::Services& serv
     err << "vantorelle-cli: " << reason << '\n';
     return kExitRefused;
   }
-  if (!HoldsOnlyBlackAndWhite(image)) {
-    err << "vantorelle-cli: " << options.image
-        << " holds colours other than black and white; monochrome export takes black and "
-           "white pictures only for now\n";
-    return kExitRefused;
-  }
-  for (int y = 0; y < image.height(); ++y) {
-    const QRgb* row = reinterpret_cast<const QRgb*>(image.constScanLine(y));
-    for (int x = 0; x < image.width(); ++x) {
-      state.canvas.SetPixel(x, y, (row[x] & 0x00FFFFFFu) == 0 ? canvas::kBlack : canvas::kWhite);
-    }
-  }
+  const bool floating = PlaceMonochromePicture(state, services, image, options);
   state.settings.output.nbmfn = QFileInfo(options.image).fileName();
 
   convert::ExportRequest request = convert::FillExportDialog(state).request;
+  // An unconverted picture is an import still floating: the export refuses it with its message.
+  if (floating) request.selection = {0, 0, image.width(), image.height(), true, false, false};
   request.saveAlways = true;
   if (!options.output.isEmpty()) request.savePath = QFileInfo(options.output).absoluteFilePath();
   const convert::ExportResult result =
@@ -526,20 +568,24 @@ QString HelpText() {
              "  settings --settings FILE size WxH\n"
              "      Select a display size: a preset, or a user size of at most 1024x768.\n"
              "  export IMAGE [--settings FILE] [--mode NAME] [--direction KEY] [--corner N]\n"
-             "         [--set KEY=VALUE]... [-o OUTPUT]\n"
+             "         [--set KEY=VALUE]... [--threshold N | --dither METHOD] [-o OUTPUT]\n"
              "      Export the picture as a data array, as \"Export Work Canvas to Data\" does.\n"
              "      The display takes the picture's size; --mode, --direction, --corner and\n"
              "      --set (in that order, with the checks above) apply to this export only.\n"
              "      Without --settings the desktop program's active project is used. The\n"
              "      array is named after IMAGE and written to OUTPUT, or to the output\n"
              "      folder (OFP) under the output name; the path written is printed. For now\n"
-             "      monochrome text output of black-and-white pictures only.\n"
+             "      monochrome text output only.\n"
+             "      In monochrome a picture of other colours than black and white is refused\n"
+             "      unless it is converted: --threshold N (0 to 255, the threshold slider: a\n"
+             "      pixel turns black when its colour, grayed, lies below the position) or\n"
+             "      --dither METHOD, one of %2.\n"
              "\n"
              "A missing FILE is created with the factory settings. Messages go to standard\n"
              "error; a refused change exits with status 1 and leaves FILE as it was, a usage\n"
              "error with status 2. An export stopped by a message or an unreadable picture\n"
              "exits with status 1 and writes nothing.\n")
-      .arg(modes);
+      .arg(modes, canvas::DitherMethodNames());
 }
 
 int RunCli(const QStringList& args, QTextStream& out, QTextStream& err, platform::Folders& folders,
