@@ -8,6 +8,7 @@
 #include "app/configuration.h"
 #include "app/state.h"
 #include "canvas/color_reduction.h"
+#include "canvas/threshold.h"
 #include "convert/data_text.h"
 #include "convert/export_driver.h"
 #include "convert/output_width.h"
@@ -321,6 +322,8 @@ struct ExportOptions {
   QStringList assignments;
   QString output;  ///< empty: OFP under the output name
   QString outputWidth;  ///< 8, 16, 32, bin or ihex; empty: as the settings say
+  QString threshold;  ///< monochrome: the threshold slider position, 0..255
+  QString dither;     ///< monochrome: the dithering method's command-line name
 };
 
 /// Parses the export command's arguments; kExitUsage after telling why.
@@ -340,6 +343,10 @@ int ParseExportOptions(const QStringList& args, ExportOptions& options, QTextStr
       slot = &options.output;
     else if (arg == QStringLiteral("--output-width"))
       slot = &options.outputWidth;
+    else if (arg == QStringLiteral("--threshold"))
+      slot = &options.threshold;
+    else if (arg == QStringLiteral("--dither"))
+      slot = &options.dither;
     if (slot != nullptr || arg == QStringLiteral("--set")) {
       if (i + 1 >= args.size()) {
         err << "vantorelle-cli: " << arg << " needs a value\n";
@@ -360,12 +367,30 @@ int ParseExportOptions(const QStringList& args, ExportOptions& options, QTextStr
   if (options.image.isEmpty()) {
     err << "vantorelle-cli: usage: vantorelle-cli export IMAGE [--settings FILE] [--mode NAME] "
            "[--direction KEY] [--corner N] [--set KEY=VALUE]... [--output-width 8|16|32|bin|ihex] "
-           "[-o OUTPUT]\n";
+           "[--threshold N | --dither METHOD] [-o OUTPUT]\n";
     return kExitUsage;
   }
   if (!options.outputWidth.isEmpty() && !convert::WordWidthFromName(options.outputWidth)) {
     err << "vantorelle-cli: --output-width is 8, 16, 32, bin or ihex, not '" << options.outputWidth
         << "'\n";
+    return kExitUsage;
+  }
+  if (!options.threshold.isEmpty() && !options.dither.isEmpty()) {
+    err << "vantorelle-cli: give either --threshold or --dither, not both\n";
+    return kExitUsage;
+  }
+  if (!options.threshold.isEmpty()) {
+    bool ok = false;
+    const int position = options.threshold.toInt(&ok);
+    if (!ok || position < 0 || position > canvas::BlackWhiteTools::kMaxPosition) {
+      err << "vantorelle-cli: --threshold is a slider position from 0 to 255, not '"
+          << options.threshold << "'\n";
+      return kExitUsage;
+    }
+  }
+  if (!options.dither.isEmpty() && !canvas::DitherMethodFromName(options.dither)) {
+    err << "vantorelle-cli: unknown dithering method '" << options.dither << "'; one of "
+        << canvas::DitherMethodNames() << '\n';
     return kExitUsage;
   }
   return kExitOk;
@@ -412,6 +437,31 @@ bool HoldsOnlyBlackAndWhite(const QImage& image) {
     }
   }
   return true;
+}
+
+/// Puts a picture on the monochrome canvas as an import does: it floats over the white canvas,
+/// a threshold or a dithering makes it black and white, and it is pasted. Without either, a
+/// picture of other colours stays floating unconverted, for the export to refuse. Returns
+/// whether it still floats.
+bool PlaceMonochromePicture(app::AppState& state, app::Services& services, const QImage& image,
+                            const ExportOptions& options) {
+  const bool converted = !options.threshold.isEmpty() || !options.dither.isEmpty();
+  const bool blackAndWhite = HoldsOnlyBlackAndWhite(image);
+  if (!converted && !blackAndWhite) {
+    canvas::Draw(state.canvas.EditBitmap(), image, {0, 0}, canvas::Blend::Copy);
+    return true;
+  }
+  state.canvas.Selection().Float(image, {0, 0}, !blackAndWhite);
+  canvas::EnableSelection(state);
+  if (!options.threshold.isEmpty()) {
+    canvas::BWTrackBarChange(state, options.threshold.toInt());
+  } else if (!options.dither.isEmpty()) {
+    state.blackWhite.Dither = {*canvas::DitherMethodFromName(options.dither),
+                               canvas::DitherReduction::Monochrome};
+    canvas::PerformDithering(state, services);
+  }
+  canvas::DoPaste(state, services, canvas::BlackWhiteConversions(state));
+  return false;
 }
 
 }  // namespace
@@ -462,35 +512,26 @@ int RunExport(const QStringList& args, app::AppState& state, app::Services& serv
     convert::SelectOutputWidth(state, *convert::WordWidthFromName(options.outputWidth));
   }
 
-  // Gray and colour modes take any picture, reduced to the mode's palette as loading does.
   const settings::PixelMode mode = canvas::ModeOf(state.settings);
-  const bool monochrome = settings::IsMonochromeMode(mode);
-  QImage reduced;
-  if (!monochrome) {
-    canvas::LoadModePalette(state, services);
-    reduced = image.copy();
-    canvas::ReduceLikeLoading(reduced, state.palettes, mode, services.escape);
-  }
-  if (monochrome && !HoldsOnlyBlackAndWhite(image)) {
-    err << "vantorelle-cli: " << options.image
-        << " holds colours other than black and white; monochrome export takes black and "
-           "white pictures only for now\n";
-    return kExitRefused;
-  }
-  if (!monochrome) {
-    state.canvas.Restore(reduced);
+  bool floating = false;
+  if (settings::IsMonochromeMode(mode)) {
+    floating = PlaceMonochromePicture(state, services, image, options);
   } else {
-    for (int y = 0; y < image.height(); ++y) {
-      const QRgb* row = reinterpret_cast<const QRgb*>(image.constScanLine(y));
-      for (int x = 0; x < image.width(); ++x) {
-        state.canvas.SetPixel(x, y,
-                              (row[x] & 0x00FFFFFFu) == 0 ? canvas::kBlack : canvas::kWhite);
-      }
+    if (!options.threshold.isEmpty() || !options.dither.isEmpty()) {
+      err << "vantorelle-cli: --threshold and --dither apply to the monochrome modes only\n";
+      return kExitUsage;
     }
+    // Gray and colour modes take any picture, reduced to the mode's palette as loading does.
+    canvas::LoadModePalette(state, services);
+    QImage reduced = image.copy();
+    canvas::ReduceLikeLoading(reduced, state.palettes, mode, services.escape);
+    state.canvas.Restore(reduced);
   }
   state.settings.output.nbmfn = QFileInfo(options.image).fileName();
 
   convert::ExportRequest request = convert::FillExportDialog(state).request;
+  // An unconverted picture is an import still floating: the export refuses it with its message.
+  if (floating) request.selection = {0, 0, image.width(), image.height(), true, false, false};
   request.saveAlways = true;
   if (!options.output.isEmpty()) request.savePath = QFileInfo(options.output).absoluteFilePath();
   const convert::ExportResult result =
@@ -533,7 +574,8 @@ QString HelpText() {
              "  settings --settings FILE size WxH\n"
              "      Select a display size: a preset, or a user size of at most 1024x768.\n"
              "  export IMAGE [--settings FILE] [--mode NAME] [--direction KEY] [--corner N]\n"
-             "         [--set KEY=VALUE]... [--output-width 8|16|32|bin|ihex] [-o OUTPUT]\n"
+             "         [--set KEY=VALUE]... [--output-width 8|16|32|bin|ihex]\n"
+             "         [--threshold N | --dither METHOD] [-o OUTPUT]\n"
              "      Export the picture as a data array, as \"Export Work Canvas to Data\" does.\n"
              "      The display takes the picture's size; --mode, --direction, --corner and\n"
              "      --set (in that order, with the checks above) and --output-width (words of\n"
@@ -543,13 +585,17 @@ QString HelpText() {
              "      folder (OFP) under the output name; the path written is printed. The\n"
              "      export report (.rtf) goes beside OUTPUT, else to the project folder. In gray\n"
              "      and colour modes the picture is reduced to the mode's palette as loading\n"
-             "      does; monochrome takes black-and-white pictures.\n"
+             "      does. In monochrome a picture of other colours than black and white is\n"
+             "      refused unless it is converted: --threshold N (0 to 255, the threshold\n"
+             "      slider: a pixel turns black when its colour, grayed, lies below the\n"
+             "      position) or --dither METHOD, one of:\n"
+             "      %2.\n"
              "\n"
              "A missing FILE is created with the factory settings. Messages go to standard\n"
              "error; a refused change exits with status 1 and leaves FILE as it was, a usage\n"
              "error with status 2. An export stopped by a message or an unreadable picture\n"
              "exits with status 1 and writes nothing.\n")
-      .arg(modes);
+      .arg(modes, canvas::DitherMethodNames());
 }
 
 int RunCli(const QStringList& args, QTextStream& out, QTextStream& err, platform::Folders& folders,

@@ -152,7 +152,13 @@ TEST_F(CliExport, RefusalsNameTheirCauseAndWriteNothing) {
       {{folders.Path(QStringLiteral("none.png"))}, 1, "none.png"},
       {{corrupt.fileName()}, 1, "corrupt.png"},
       {{huge}, 1, "at most 1024x768"},
-      {{coloured}, 1, "colours other than black and white"},
+      {{coloured}, 1, "Conversion to Black and White has not been done !"},
+      {{coloured, QStringLiteral("--threshold"), QStringLiteral("256")}, 2, "0 to 255"},
+      {{coloured, QStringLiteral("--dither"), QStringLiteral("atkinson")}, 2, "steve-arche"},
+      {{picture, QStringLiteral("--mode"), QStringLiteral("gray4"), QStringLiteral("--threshold"),
+        QStringLiteral("9")},
+       2,
+       "monochrome modes only"},
       {{picture, QStringLiteral("--direction"), QStringLiteral("up")}, 2, "unknown direction"},
       {{picture, QStringLiteral("--set"), QStringLiteral("ccomp=1"), QStringLiteral("--set"),
         QStringLiteral("D8bc=0"), QStringLiteral("--set"), QStringLiteral("D16bc=1")},
@@ -168,6 +174,39 @@ TEST_F(CliExport, RefusalsNameTheirCauseAndWriteNothing) {
     EXPECT_TRUE(err.contains(QString::fromUtf8(c.message))) << err.toStdString();
     EXPECT_TRUE(out.isEmpty());
     EXPECT_FALSE(QFile::exists(output));
+  }
+}
+
+TEST_F(CliExport, ThresholdAndDitherTurnAGradientIntoBlackAndWhite) {
+  // Row 0: grays 0, 32, 64, 96, pure blue (gray 255 * 29 >> 8 = 28), 160, 192, 224; row 1:
+  // 255, 200, 150, 127, 128, 100, 50, 0. At position N a gray Y is black when Y * 65793 is
+  // below N * 65792: Y < N. The nearest lookup takes 127 as black and 128 as white.
+  const int levels[2][8] = {{0, 32, 64, 96, -1, 160, 192, 224},
+                            {255, 200, 150, 127, 128, 100, 50, 0}};
+  QImage gradient(8, 2, QImage::Format_RGB32);
+  for (int y = 0; y < 2; ++y)
+    for (int x = 0; x < 8; ++x) {
+      const int g = levels[y][x];
+      gradient.setPixel(x, y, g < 0 ? qRgb(0, 0, 255) : qRgb(g, g, g));
+    }
+  const QString file = folders.Path(QStringLiteral("ramp.png"));
+  ASSERT_TRUE(gradient.save(file));
+  const struct {
+    const char* option;
+    const char* value;
+    std::vector<int> bytes;
+  } cases[] = {{"--threshold", "128", {0xF8, 0x17}},
+               {"--threshold", "0", {0x00, 0x00}},
+               {"--threshold", "255", {0xFF, 0x7F}},
+               {"--dither", "nearest", {0xF8, 0x17}}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(std::string(c.option) + " " + c.value);
+    ASSERT_EQ(Exec({file, QStringLiteral("--settings"), settingsFile,
+                    QString::fromLatin1(c.option), QString::fromLatin1(c.value),
+                    QStringLiteral("-o"), output}),
+              0)
+        << err.toStdString();
+    EXPECT_EQ(Constants(test::ReadAll(output)), c.bytes);
   }
 }
 

@@ -153,14 +153,5 @@ TEST(ColorPackers, AColourNotFoundEndsTheWalkButOutsideIsBlackInTheNibbleModes) 
   EXPECT_EQ(ColorNotFoundText(5), QLatin1String(" Color not found in Palette! \r "));
 }
 
-TEST(ColorPackers, WordExchangesPutRedInTheHighBits) {
-  EXPECT_EQ(Reorder4096Output(0x00F), 0xF00);
-  EXPECT_EQ(Reorder65kOutput(0x001F), 0xF800);
-  EXPECT_EQ(Reorder65kOutput(0x07E0), 0x07E0);
-  EXPECT_EQ(Reorder262kOutput(0x3F), 0x3F000);
-  EXPECT_EQ(Reorder16MOutput(0x0000FF), 0xFF0000);
-  EXPECT_EQ(Reorder65kOutput(0x8000, 13), 0x8000);  // bit 15 lies beyond a 13-bit word + 1
-}
-
 }  // namespace
 }  // namespace vt::convert

@@ -8,7 +8,9 @@
 #include "app/text_buffer.h"
 #include "app/mode_flags.h"
 #include "canvas/palettes.h"
+#include "canvas/threshold.h"
 #include "canvas/work_canvas.h"
+#include "convert/reorder.h"
 #include "settings/settings.h"
 
 namespace vt::platform {
@@ -37,6 +39,8 @@ struct AppState {
   settings::Settings settings;
   ModeFlags modes;
   canvas::WorkCanvas canvas;
+  canvas::BlackWhiteTools blackWhite;  ///< threshold slider and dither parameters
+  convert::ReorderGrid reorder;        ///< the "Data Bits Rearrangement" table
   FileNames files;
   Log log;
   TextBuffer text;  ///< the text editor's current document

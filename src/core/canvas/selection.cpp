@@ -24,6 +24,8 @@ void FloatingSelection::TakeFrom(const QImage& snapshot) {
   layer_ = snapshot.copy(rect_.ToQRect());
   master_ = layer_;
   conversionPending_ = false;
+  colorImport_ = false;
+  MasterGrayed = false;
   ThresholdOn = false;
   state_ = SelectionState::Floating;
 }
@@ -33,6 +35,8 @@ void FloatingSelection::Float(const QImage& picture, QPoint at, bool needsConver
   master_ = layer_;
   rect_ = {at.x(), at.y(), at.x() + layer_.width(), at.y() + layer_.height()};
   conversionPending_ = needsConversion;
+  colorImport_ = needsConversion;
+  MasterGrayed = false;
   ThresholdOn = false;
   state_ = SelectionState::Floating;
 }
@@ -53,6 +57,8 @@ void FloatingSelection::Drop() {
   layer_ = QImage();
   master_ = QImage();
   conversionPending_ = false;
+  colorImport_ = false;
+  MasterGrayed = false;
   ThresholdOn = false;
 }
 

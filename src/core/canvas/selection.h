@@ -76,12 +76,18 @@ class FloatingSelection {
   const QImage& Layer() const { return layer_; }
   /// The selection as first taken (SelectionOriginalBitmap).
   const QImage& Master() const { return master_; }
+  QImage& Master() { return master_; }
   /// The copy of the canvas taken when the selection began (Selbmp).
   QImage& Snapshot() { return snapshot_; }
 
   /// True while the layer holds a colour picture that the monochrome mode has not converted.
   bool ConversionPending() const { return conversionPending_; }
   void MarkConverted() { conversionPending_ = false; }
+  /// True when the layer came from a colour picture (an import still to be converted when it
+  /// began floating), not from the canvas.
+  bool ColorImport() const { return colorImport_; }
+  /// The master of a colour import has been made gray for the threshold.
+  bool MasterGrayed = false;
   /// The threshold slider acts on the layer.
   bool ThresholdOn = false;
 
@@ -93,6 +99,7 @@ class FloatingSelection {
   QImage layer_;
   QImage master_;
   bool conversionPending_ = false;
+  bool colorImport_ = false;
 };
 
 }  // namespace vt::canvas

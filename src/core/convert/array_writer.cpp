@@ -78,9 +78,11 @@ ArrayResult WriteArray(const ArrayRequest& request, app::TextBuffer& text) {
     compressor.emplace(header.dataByteCount, *pointers);
   }
   ConversionCursor cursor;
-  WalkRequest walk{settings, request.source,
-                   PackerStages{writer, compressor ? &*compressor : nullptr}, request.keyPoll,
-                   area};
+  std::optional<GridReorderStage> reorder;
+  if (request.reorderGrid) reorder.emplace(*request.reorderGrid, settings);
+  PackerStages stages{writer, compressor ? &*compressor : nullptr};
+  stages.reorder = reorder ? &*reorder : nullptr;
+  WalkRequest walk{settings, request.source, stages, request.keyPoll, area};
   walk.lowerHalf = request.half == HalfExport::Lower;
   walk.stages.colors = request.colors;
   result.completed = WalkArea(walk, cursor);

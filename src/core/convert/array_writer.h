@@ -9,6 +9,7 @@
 #include "convert/data_text.h"
 #include "convert/header_template.h"
 #include "convert/pixel_source.h"
+#include "convert/reorder.h"
 #include "convert/scan_walker.h"
 #include "settings/settings.h"
 
@@ -42,6 +43,9 @@ struct ArrayRequest {
   HexByteTarget* hexTarget = nullptr;
   /// The colour search of the gray and colour modes; it records a colour not found.
   ColorSearch* colors = nullptr;
+  /// The rearrangement table that values pass through while dore is on; none: they pass as
+  /// they are.
+  const ReorderGrid* reorderGrid = nullptr;
 };
 
 /// What writing the array left.

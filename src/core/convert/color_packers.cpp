@@ -4,22 +4,13 @@
 #include <array>
 
 #include "convert/bits.h"
+#include "convert/reorder.h"
 
 namespace vt::convert {
 namespace {
 
 using settings::PixelMode;
 
-std::int64_t Exchange(std::int64_t value, int high, int low, int pairs, int depthWord) {
-  std::int64_t out = value;
-  for (int k = 0; k < pairs; ++k) {
-    const int a = high - k, b = low - k;
-    if (depthWord + 1 < a) continue;
-    out = TestBit(value, b) ? SetBit(out, a) : ClearBit(out, a);
-    out = TestBit(value, a) ? SetBit(out, b) : ClearBit(out, b);
-  }
-  return out;
-}
 
 /// One call of a gray or colour packer: reads pixels along the family's axis from the cursor.
 class ColorPack {
@@ -254,7 +245,7 @@ class ColorPack {
   void Colors262k() {
     const std::int64_t color = Read();
     const auto idx = Index(color, false);
-    const std::int64_t n = Reorder262kOutput(idx ? std::int64_t(*idx) : color);
+    const std::int64_t n = Reorder262kOutput(int(idx ? std::int64_t(*idx) : color));
     std::array<int, 3> bytes{};
     if (px_.C18u) {
       bytes = {int((n >> 12) & 63), int((n >> 6) & 63), int(n & 63)};
@@ -266,7 +257,7 @@ class ColorPack {
   }
 
   void Colors16M() {
-    const std::int64_t n = Reorder16MOutput(Read() & 0xFFFFFF);
+    const std::int64_t n = Reorder16MOutput(int(Read() & 0xFFFFFF));
     std::array<int, 4> bytes{};
     int count = 0;
     const bool unpacked = !px_.PM;
@@ -293,19 +284,6 @@ QString ColorNotFoundText(std::int64_t color) {
          (color == -1
               ? QStringLiteral(" Check if Heigth or Width matches with pixels per byte format ")
               : QStringLiteral(" "));
-}
-
-std::int64_t Reorder4096Output(std::int64_t value, int depthWord) {
-  return Exchange(value, 11, 3, 4, depthWord);
-}
-std::int64_t Reorder65kOutput(std::int64_t value, int depthWord) {
-  return Exchange(value, 15, 4, 5, depthWord);
-}
-std::int64_t Reorder262kOutput(std::int64_t value, int depthWord) {
-  return Exchange(value, 17, 5, 6, depthWord);
-}
-std::int64_t Reorder16MOutput(std::int64_t value, int depthWord) {
-  return Exchange(value, 23, 7, 8, depthWord);
 }
 
 void PackColor(PackContext& context, PackFamily family) { ColorPack(context, family).Run(); }

@@ -40,16 +40,6 @@ class ColorSearch {
 /// else " ". Its title is "Error Message".
 QString ColorNotFoundText(std::int64_t color);
 
-/// The fixed exchanges of the colour words: bit pairs (11,3) .. (8,0) for 4096 colours, (15,4)
-/// .. (11,0) for 65536, (17,5) .. (12,0) for 262k, (23,7) .. (16,0) for 16M, each applied when
-/// `depthWord` + 1 reaches its higher bit (the depth words are 16, 16, 18 and 24). A colour
-/// stored with red in the low bits comes out with red in the high bits.
-std::int64_t Reorder4096Output(std::int64_t value, int depthWord = 16);
-std::int64_t Reorder65kOutput(std::int64_t value, int depthWord = 16);
-std::int64_t Reorder262kOutput(std::int64_t value, int depthWord = 18);
-std::int64_t Reorder16MOutput(std::int64_t value, int depthWord = 24);
-/// The 256 colour order: the identity.
-constexpr std::int64_t Reorder256Output(std::int64_t value) { return value; }
 
 /// The gray or colour packer of the context's mode in `family`, reading from the cursor and
 /// delivering each value through DeliverValue. Table indexes come from stages.colors (without

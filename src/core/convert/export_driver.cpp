@@ -675,6 +675,7 @@ bool WriteArray(app::AppState& state, app::Services& services, ExportRun& run) {
                              run.half,
                              hexTarget};
   request.colors = &colors;
+  request.reorderGrid = &state.reorder;
   ArrayResult result = convert::WriteArray(request, state.text);
   if (result.completed && result.compressionFailed) {
     // Runs too short to pay for their pointers: the array is written again, uncompressed.

@@ -1,0 +1,114 @@
+// SPDX-License-Identifier: MIT
+#include "convert/reorder.h"
+
+#include <algorithm>
+
+#include "settings/pixel_modes.h"
+
+namespace vt::convert {
+namespace {
+
+const QString kSwapBits = QStringLiteral("SWAP BITS");
+const QString kSwapBytes = QStringLiteral("SWAP BYTES 16 BITS");
+
+quint32 BitOf(quint32 value, int bit) { return (value >> bit) & 1u; }
+
+/// Exchanges the bit pairs (high, high - distance) for high from `top` down `count` times,
+/// each only when depthWord + 1 reaches its higher bit.
+int ExchangePairs(int value, int top, int distance, int count, int depthWord) {
+  quint32 v = static_cast<quint32>(value);
+  for (int high = top; high > top - count; --high) {
+    if (depthWord + 1 < high) continue;
+    const int low = high - distance;
+    const quint32 a = BitOf(v, high), b = BitOf(v, low);
+    v = (v & ~((1u << high) | (1u << low))) | (b << high) | (a << low);
+  }
+  return static_cast<int>(v);
+}
+
+}  // namespace
+
+QString ReorderGrid::GetReorderData(int col, int row) const {
+  if (row < 0 || row >= kRows) return {};
+  switch (col) {
+    case 0:
+      return rows_[row].command;
+    case 1:
+      return rows_[row].first;
+    case 2:
+      return rows_[row].second;
+    default:
+      return {};
+  }
+}
+
+void ReorderGrid::SetReorderData(int col, int row, const QString& text) {
+  if (row < 0 || row >= kRows) return;
+  switch (col) {
+    case 0:
+      rows_[row].command = text;
+      break;
+    case 1:
+      rows_[row].first = text;
+      break;
+    case 2:
+      rows_[row].second = text;
+      break;
+    default:
+      break;
+  }
+}
+
+void ReorderGrid::SetRow(int row, const QString& command, int first, int second) {
+  SetReorderData(0, row, command);
+  SetReorderData(1, row, QString::number(first));
+  SetReorderData(2, row, QString::number(second));
+}
+
+int ReorderBitLimit(const settings::Settings& settings) {
+  if (!settings.pixel.rgb2) return 31;
+  const auto mode = settings::CurrentPixelMode(settings);
+  return mode ? settings::Info(*mode).colorDepthWord : 8;
+}
+
+int ReorderOutput(const ReorderGrid& grid, int value, int bitLimit) {
+  const quint32 incoming = static_cast<quint32>(value);
+  quint32 result = incoming;
+  for (int row = 0; row < ReorderGrid::kRows; ++row) {
+    const QString command = grid.GetReorderData(0, row).toUpper();
+    if (command == kSwapBytes) {
+      result = ((result & 0xFFu) << 8) | ((result >> 8) & 0xFFu);
+      break;
+    }
+    if (command.isEmpty()) break;
+    if (command != kSwapBits) continue;
+    bool okA = false, okB = false;
+    const int a = grid.GetReorderData(1, row).trimmed().toInt(&okA);
+    const int b = grid.GetReorderData(2, row).trimmed().toInt(&okB);
+    // A bit number must name a bit: negative numbers are as ineffective as too large ones.
+    const int limit = std::min(bitLimit, 31);
+    if (!okA || !okB || a < 0 || b < 0 || a > limit || b > limit) continue;
+    result =
+        (result & ~((1u << a) | (1u << b))) | (BitOf(incoming, a) << b) | (BitOf(incoming, b) << a);
+  }
+  return static_cast<int>(result);
+}
+
+QString DoReorderStatus(bool dore) {
+  return dore ? QStringLiteral("[ON]") : QStringLiteral("[OFF]");
+}
+
+int Reorder4096Output(int value, int depthWord) {
+  return ExchangePairs(value, 11, 8, 4, depthWord);
+}
+int Reorder65kOutput(int value, int depthWord) {
+  return ExchangePairs(value, 15, 11, 5, depthWord);
+}
+int Reorder262kOutput(int value, int depthWord) {
+  return ExchangePairs(value, 17, 12, 6, depthWord);
+}
+int Reorder16MOutput(int value, int depthWord) {
+  return ExchangePairs(value, 23, 16, 8, depthWord);
+}
+
+}  // namespace vt::convert
