@@ -145,9 +145,9 @@ MainWindow::MainWindow(std::unique_ptr<DesktopServices> desktop, app::Services* 
   setWindowTitle(Title());
   setObjectName(QStringLiteral("MainForm"));
 
-  // One run per user on the desktop; a test run locks inside its own folders.
-  instance_ = std::make_unique<app::SingleInstance>(
-      desktop_ ? QDir::tempPath() : services_.folders.Documents(), QStringLiteral("Vantorelle"));
+  // One run per user: the lock lies in the user's documents, where the init folder is too.
+  instance_ = std::make_unique<app::SingleInstance>(services_.folders.Documents(),
+                                                    QStringLiteral("Vantorelle"));
   bool started = false;
   if (RunAtTop(state_, services_.dialogs, [this, &started] {
         started = app::StartUp(state_, services_, instance_.get());
@@ -181,6 +181,10 @@ MainWindow::MainWindow(std::unique_ptr<DesktopServices> desktop, app::Services* 
   if (options.hideLogWindow) logWindow_->hide();
   step(7);
   editors_ = new EditorTabs;
+  // What the user types is the document the export and the batches see.
+  connect(editors_->Source(), &QPlainTextEdit::textChanged, this, [this] {
+    if (!showingText_) state_.text.SetText(editors_->Source()->toPlainText());
+  });
   auto* splitter = new QSplitter(Qt::Horizontal);
   splitter->addWidget(canvasArea_);
   splitter->addWidget(editors_);
@@ -317,6 +321,14 @@ void MainWindow::BuildRibbonAndMenus() {
   file->addAction(load);
   file->addAction(artwork);
   file->addAction(exportData);
+  QMenu* recent = file->addMenu(QStringLiteral("Recent Files"));
+  connect(recent, &QMenu::aboutToShow, this, [this, recent] {
+    recent->clear();
+    for (const QString& item : app::UpdateMRUFs(state_)) {
+      connect(recent->addAction(item), &QAction::triggered, this,
+              [this, item] { RunCommand(QStringLiteral("Recent combo click"), [this, item] { MRUFClick(item); }); });
+    }
+  });
   file->addSeparator();
   file->addAction(saveLog);
   file->addSeparator();
@@ -457,6 +469,20 @@ void MainWindow::LoadPicture(const QString& path) {
   Refresh();
 }
 
+void MainWindow::MRUFClick(const QString& item) {
+  if (app::CheckMode(state_, services_, 0)) return;
+  const QString path = app::MRUFPath(item);
+  state_.log.StatusBarAndLog(QStringLiteral("Recent Files:") + path);
+  switch (app::RecentFileActionFor(path, state_.settings.output.fexts)) {
+    case app::RecentFileAction::OpenPicture:
+      LoadPicture(path);
+      break;
+    default:  // sources, hex files, fonts and scripts open once their tools exist
+      state_.log.StatusBarAndLog(NotAvailableText());
+      break;
+  }
+}
+
 void MainWindow::DefineArtworkToolbuttonClick() {
   bool ok = false;
   const QString name = QInputDialog::getText(this, QStringLiteral("Define Artwork Name"),
@@ -517,7 +543,9 @@ convert::ExportResult MainWindow::RunExport(const convert::ExportRequest& reques
     state_.log.StatusBarAndLog(QStringLiteral("Export stopped (escape)"));
   }
   if (!result.OutputFileName.isEmpty()) {
+    showingText_ = true;
     editors_->ShowSource(result.OutputFileName, state_.text.Text());
+    showingText_ = false;
   }
   return result;
 }

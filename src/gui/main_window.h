@@ -103,6 +103,8 @@ class MainWindow final : public QMainWindow {
   void RefreshText();
   void LoadGraphicToolButtonClick();
   void DefineArtworkToolbuttonClick();
+  /// A recent file ("&1 path"): pictures load into the canvas.
+  void MRUFClick(const QString& item);
   void ConvertToDataToolButtonClick();
   bool SaveArtwork();
 
@@ -113,6 +115,7 @@ class MainWindow final : public QMainWindow {
   bool shutDown_ = false;
   bool terminated_ = false;
   convert::ExportRequest lastExport_;
+  bool showingText_ = false;  ///< the editor is being given the document, not edited
 
   QTabWidget* ribbon_ = nullptr;
   CanvasView* canvasView_ = nullptr;

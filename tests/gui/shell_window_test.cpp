@@ -73,6 +73,10 @@ TEST_F(ShellWindow, ExportFromTheRibbonLeavesTheArrayInTheEditorAndTheOutputFold
   const qsizetype caption = log.indexOf(QStringLiteral("Export Work Canvas to Data  x 1"));
   EXPECT_GE(caption, 0);
   EXPECT_EQ(log.indexOf(QStringLiteral("Data saved to ") + saved), caption + 1);  // caption first
+  EXPECT_FALSE(window.State().text.Modified());
+  window.Editors()->Source()->appendPlainText(QStringLiteral("// mine"));  // the user types
+  EXPECT_TRUE(window.State().text.Modified());
+  EXPECT_EQ(window.State().text.LastLine(), QStringLiteral("// mine"));
   // Work not in this version is shown, greyed, and says so.
   QAction* planned = window.Command(QStringLiteral("Run Batch"));
   ASSERT_NE(planned, nullptr);
