@@ -2,6 +2,7 @@
 #include <QApplication>
 #include <QFileInfo>
 #include <QScreen>
+#include <QTabWidget>
 #include <QTimer>
 
 #include "gui/export_dialog.h"
@@ -15,8 +16,10 @@ namespace {
 /// beside it ("<file>-settings-panel.png", "<file>-export-dialog.png"), and closes. Used for the
 /// documentation pictures; the command line stays as users know it.
 constexpr char kScreenshotVariable[] = "VANTORELLE_SCREENSHOT";
-/// With VANTORELLE_SCREENSHOT_PICTURE=<picture> the canvas shows that picture first.
+/// With VANTORELLE_SCREENSHOT_PICTURE=<picture> the canvas shows that picture, exported.
 constexpr char kPictureVariable[] = "VANTORELLE_SCREENSHOT_PICTURE";
+/// With VANTORELLE_SCREENSHOT_PAGE=<n> the ribbon shows its page n (from 0).
+constexpr char kPageVariable[] = "VANTORELLE_SCREENSHOT_PAGE";
 
 QString Beside(const QString& file, const char* suffix) {
   const QFileInfo info(file);
@@ -44,6 +47,7 @@ int main(int argc, char* argv[]) {
       window.setGeometry(screen->availableGeometry());
     }
     window.show();
+    window.Ribbon()->setCurrentIndex(qEnvironmentVariableIntValue(kPageVariable));
     const QString picture = qEnvironmentVariable(kPictureVariable);
     if (!picture.isEmpty()) {
       window.LoadPicture(picture);

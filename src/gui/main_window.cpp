@@ -8,6 +8,7 @@
 #include <QCoreApplication>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QGridLayout>
 #include <QInputDialog>
 #include <QLabel>
 #include <QMenuBar>
@@ -114,8 +115,21 @@ constexpr ModeCommand kModeCommands[] = {
     {7, "Exit Animation Mode", "ExitmenuButton", app::SpecialMode::Animation, false},
 };
 
-QToolBar* RibbonPage(QTabWidget* ribbon, int page) {
-  return static_cast<QToolBar*>(ribbon->widget(page));
+/// Ribbon pages lay their commands out in two rows, column after column, so that the longest
+/// page still fits a 1280 pixel screen.
+constexpr int kRibbonRows = 2;
+
+void AddToRibbonPage(QWidget* page, QAction* action) {
+  auto* grid = static_cast<QGridLayout*>(page->layout());
+  const int index = page->property("commands").toInt();
+  page->setProperty("commands", index + 1);
+  auto* button = new QToolButton;
+  button->setDefaultAction(action);
+  button->setAutoRaise(true);
+  button->setToolButtonStyle(Qt::ToolButtonTextOnly);
+  button->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+  grid->addWidget(button, index % kRibbonRows, index / kRibbonRows);
+  grid->setColumnStretch(index / kRibbonRows + 1, 0);
 }
 
 }  // namespace
@@ -254,9 +268,12 @@ void MainWindow::BuildRibbonAndMenus() {
   ribbon_->setObjectName(QStringLiteral("ToolBarPager"));
   ribbon_->setDocumentMode(true);
   for (const char* page : kRibbonPages) {
-    auto* bar = new QToolBar(QString::fromLatin1(page));
-    bar->setToolButtonStyle(Qt::ToolButtonTextOnly);
-    ribbon_->addTab(bar, QString::fromLatin1(page));
+    auto* widget = new QWidget;
+    auto* grid = new QGridLayout(widget);
+    grid->setContentsMargins(4, 2, 4, 2);
+    grid->setSpacing(0);
+    grid->setColumnStretch(64, 1);  // the commands keep to the left
+    ribbon_->addTab(widget, QString::fromLatin1(page));
   }
   auto* ribbonBar = new QToolBar(QStringLiteral("Ribbon"), this);
   ribbonBar->setObjectName(QStringLiteral("Ribbon"));
@@ -264,7 +281,7 @@ void MainWindow::BuildRibbonAndMenus() {
   ribbonBar->addWidget(ribbon_);
   addToolBar(Qt::TopToolBarArea, ribbonBar);
   const auto onPage = [this](int page, QAction* action) {
-    RibbonPage(ribbon_, page)->addAction(action);
+    AddToRibbonPage(ribbon_->widget(page), action);
     return action;
   };
 

@@ -54,13 +54,19 @@ bool LeaveModesForQuit(AppState& state, Services& services, const QString& quest
 }  // namespace
 
 SingleInstance::SingleInstance(const QString& folder, const QString& title)
-    : lock_(std::make_unique<QLockFile>(QDir(folder).filePath(title + QStringLiteral(".lock")))) {
+    : folder_(folder),
+      lock_(std::make_unique<QLockFile>(QDir(folder).filePath(title + QStringLiteral(".lock")))) {
   lock_->setStaleLockTime(0);  // a lock left by a crash is taken over once its process is gone
 }
 
 SingleInstance::~SingleInstance() = default;
 
-bool SingleInstance::TryLock() { return lock_->isLocked() || lock_->tryLock(0); }
+bool SingleInstance::TryLock() {
+  if (lock_->isLocked()) return true;
+  QDir().mkpath(folder_);
+  // Only a lock held by another run refuses; a folder that cannot take the lock checks nothing.
+  return lock_->tryLock(0) || lock_->error() != QLockFile::LockFailedError;
+}
 
 bool StartUp(AppState& state, Services& services, SingleInstance* instance) {
   Log& log = state.log;

@@ -17,10 +17,11 @@ class SingleInstance {
   /// `folder` holds the lock file "<title>.lock".
   SingleInstance(const QString& folder, const QString& title);
   ~SingleInstance();
-  /// True when this run holds the lock now.
+  /// True unless another run holds the lock. The folder is made when missing.
   bool TryLock();
 
  private:
+  QString folder_;
   std::unique_ptr<QLockFile> lock_;
 };
 
