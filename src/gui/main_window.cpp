@@ -5,6 +5,8 @@
 #include <QApplication>
 #include <QBuffer>
 #include <QCloseEvent>
+#include <QComboBox>
+#include <QAbstractItemView>
 #include <QCoreApplication>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -275,6 +277,33 @@ void MainWindow::BuildRibbonAndMenus() {
     grid->setColumnStretch(64, 1);  // the commands keep to the left
     ribbon_->addTab(widget, QString::fromLatin1(page));
   }
+  // The shared file list: recent files, or the files of the page's own kind once those tools
+  // exist. Its caption follows the page (ToolBarPagerChange).
+  auto* files = new QComboBox;
+  files->setObjectName(QStringLiteral("FilesCombo"));
+  files->setMinimumContentsLength(24);
+  files->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+  ribbon_->setCornerWidget(files, Qt::TopRightCorner);
+  const auto fillFiles = [this, files](int page) {
+    files->clear();
+    const QStringList captions = app::FileListCaptions(static_cast<app::RibbonPage>(page));
+    files->addItem(captions.join(QStringLiteral("  ")));
+    if (captions.first() == QStringLiteral("Recent Files >")) {
+      for (const QString& item : app::UpdateMRUFs(state_)) files->addItem(app::MRUFPath(item), item);
+    }
+  };
+  connect(ribbon_, &QTabWidget::currentChanged, this, fillFiles);
+  connect(files, &QComboBox::activated, this, [this, files](int index) {
+    const QString item = files->itemData(index).toString();
+    files->setCurrentIndex(0);
+    if (!item.isEmpty()) {
+      RunCommand(QStringLiteral("Recent combo click"), [this, item] { MRUFClick(item); });
+    }
+  });
+  fillFiles(0);
+  connect(this, &MainWindow::refreshed, files, [files, fillFiles, this] {
+    if (!files->view()->isVisible()) fillFiles(ribbon_->currentIndex());
+  });
   auto* ribbonBar = new QToolBar(QStringLiteral("Ribbon"), this);
   ribbonBar->setObjectName(QStringLiteral("Ribbon"));
   ribbonBar->setMovable(false);
@@ -594,6 +623,7 @@ void MainWindow::Refresh() {
     editors_->setTabText(0, state_.files.SourceFileName);
   }
   settingsPanel_->Sync();
+  Q_EMIT refreshed();
   RefreshText();
 }
 

@@ -81,6 +81,10 @@ class MainWindow final : public QMainWindow {
   /// Brings the views up to date with the state. Every command ends with it.
   void Refresh();
 
+ Q_SIGNALS:
+  /// Refresh has brought the views up to date.
+  void refreshed();
+
  protected:
   void closeEvent(QCloseEvent* event) override;
 

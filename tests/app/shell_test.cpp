@@ -157,6 +157,8 @@ TEST_F(Shell, SecondInstanceIsRefusedAndRecentFilesKeepTheirPlace) {
   EXPECT_EQ(UpdateMRUFs(state), QStringList{"&1 " + one});
   EXPECT_EQ(RecentFileActionFor("a.H", "lib"), RecentFileAction::LoadHex);
   EXPECT_EQ(RecentFileActionFor("a.LiB", "lib"), RecentFileAction::LoadSource);
+  EXPECT_EQ(FileListCaptions(RibbonPage::TextHexEditors), QStringList{"All Source Code >"});
+  EXPECT_EQ(FileListCaptions(RibbonPage::Connectivity), QStringList{"Recent Files >"});
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 
 #include <QComboBox>
 #include <QFile>
+#include <QFileInfo>
 #include <QKeyEvent>
 #include <QPushButton>
 
@@ -84,6 +85,13 @@ TEST_F(ShellWindow, ExportFromTheRibbonLeavesTheArrayInTheEditorAndTheOutputFold
   EXPECT_TRUE(planned->toolTip().contains(MainWindow::NotAvailableText()));
   EXPECT_EQ(window.Ribbon()->count(), 10);
   EXPECT_EQ(window.Ribbon()->tabText(9), QStringLiteral("Color Palette"));
+  // The file list beside the ribbon: recent files here, its own caption on the fonts page.
+  auto* files = window.Ribbon()->findChild<QComboBox*>(QStringLiteral("FilesCombo"));
+  ASSERT_NE(files, nullptr);
+  ASSERT_EQ(files->count(), 2);
+  EXPECT_EQ(files->itemText(1), QFileInfo(platform.folders.Path("pic.png")).absoluteFilePath());
+  window.Ribbon()->setCurrentIndex(4);
+  EXPECT_EQ(files->itemText(0), QStringLiteral("All Font Scripts >  < Editable Scripts"));
 }
 
 TEST_F(ShellWindow, ModeAndDirectionChangesAreRefusedThroughTheDialogs) {

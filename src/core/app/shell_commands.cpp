@@ -99,4 +99,16 @@ RecentFileAction RecentFileActionFor(const QString& path, const QString& fexts) 
   return RecentFileAction::None;
 }
 
+QStringList FileListCaptions(RibbonPage page) {
+  switch (page) {
+    case RibbonPage::GlcdVectors: return {QStringLiteral("All Vector Scripts >")};
+    case RibbonPage::GlcdFonts:
+      return {QStringLiteral("All Font Scripts >"), QStringLiteral("< Editable Scripts")};
+    case RibbonPage::GlcdTouch: return {QStringLiteral("All Touch Scripts >")};
+    case RibbonPage::TextHexEditors: return {QStringLiteral("All Source Code >")};
+    case RibbonPage::BatchProcessing: return {QStringLiteral("All Batch Scripts >")};
+    default: return {QStringLiteral("Recent Files >")};
+  }
+}
+
 }  // namespace vt::app

@@ -43,4 +43,13 @@ QString MRUFPath(const QString& item);
 enum class RecentFileAction { LoadHex, LoadSource, OpenPicture, OpenEditableFont, LoadScript, None };
 RecentFileAction RecentFileActionFor(const QString& path, const QString& fexts);
 
+/// The ribbon pages, in order.
+enum class RibbonPage {
+  Windows, GlcdGraphic, TextHexEditors, GlcdVectors, GlcdFonts, GlcdTouch, BatchProcessing,
+  Animation, Connectivity, ColorPalette,
+};
+/// ToolBarPagerChange: the caption of the shared file list for the page shown ("Recent Files >"
+/// on the pages without files of their own; the fonts page has a second, "< Editable Scripts").
+QStringList FileListCaptions(RibbonPage page);
+
 }  // namespace vt::app
