@@ -116,7 +116,10 @@ ExportDialog::ExportDialog(const convert::ExportDialogSetup& setup, QWidget* par
   bytesPerLine_->setRange(1, 255);
   addressDigits_ = new QComboBox;
   for (const int digits : {4, 6, 8}) addressDigits_->addItem(QString::number(digits), digits);
+  bytesPerLine_->setObjectName(QStringLiteral("BytesPerLine"));
+  addressDigits_->setObjectName(QStringLiteral("AddressDigits"));
   addressOffset_ = new QLineEdit;
+  addressOffset_->setObjectName(QStringLiteral("AddressOffset"));
   addressOffset_->setValidator(new QRegularExpressionValidator(
       QRegularExpression(QStringLiteral("[0-9A-Fa-f]{0,8}")), addressOffset_));
   hexLayout->addRow(QStringLiteral("Bytes per line"), bytesPerLine_);
@@ -130,6 +133,7 @@ ExportDialog::ExportDialog(const convert::ExportDialogSetup& setup, QWidget* par
 
   auto* buttons = new QHBoxLayout;
   auto* reset = new QPushButton(QStringLiteral("Reset ALL special settings"));
+  reset->setObjectName(QStringLiteral("ResetButton"));
   exportButton_ = new QPushButton(QStringLiteral("Export To Editor now"));
   exportButton_->setDefault(true);
   auto* cancel = new QPushButton(QStringLiteral("No / Cancel "));

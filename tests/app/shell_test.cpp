@@ -114,6 +114,26 @@ TEST_F(Shell, PixelModeCommandsRefuseThroughTheColourModeCheck) {
   EXPECT_EQ(state.files.OutputFileName, QStringLiteral("NewBitmap.bin"));
 }
 
+// A floating layer keeps the mode in all three answers; "Discard" drops it. Quitting with it
+// drops it too, and the user quits again.
+TEST_F(Shell, AFloatingLayerHoldsTheModeChangeAndTheQuit) {
+  for (const int answer : {Answer::Ok, Answer::Cancel, Answer::Retry}) {  // No Action, Discard, Cancel
+    state.canvas.Selection().Float(QImage(4, 4, QImage::Format_RGB32), QPoint(1, 1), false);
+    t.dialogs.shown.clear();
+    t.dialogs.Answer(answer);
+    EXPECT_TRUE(ResetAndCheckColorMode(state, t.services));
+    ASSERT_EQ(t.dialogs.shown.size(), 1);
+    EXPECT_EQ(t.dialogs.shown[0].customCaptions, (QStringList{"No Action", "Discard", "Cancel"}));
+    EXPECT_EQ(SelectionPending(state), answer != Answer::Cancel);
+  }
+  t.dialogs.Answer(Answer::Ok);
+  EXPECT_FALSE(FileExit1Execute(state, t.services));
+  EXPECT_EQ(t.dialogs.shown.last().text,
+            QStringLiteral(" Selection Layer has not been pasted ! \r Discard Selection ? "));
+  EXPECT_FALSE(SelectionPending(state));
+  EXPECT_FALSE(state.modes.QuitInProgress);
+}
+
 // The stop: unsaved artwork asks; Cancel keeps the run, Quit saves settings, init file and log.
 TEST_F(Shell, QuitAsksAboutUnsavedArtworkThenSavesSettingsAndLog) {
   int saves = 0;
