@@ -6,6 +6,8 @@
 #include <QFileInfo>
 #include <QKeyEvent>
 #include <QPushButton>
+#include <QTextBlock>
+#include <QTextLayout>
 
 #include "app/configuration.h"
 #include "app/startup.h"
@@ -169,6 +171,35 @@ TEST_F(ShellWindow, EscapeStopsLongWorkAndTheHexViewShowsRows) {
   EXPECT_EQ(rows[0], QStringLiteral("00000000  41 42 01 7A 7A 7A 7A 7A 7A 7A 7A 7A 7A 7A 7A 7A  AB.zzzzzzzzzzzzz"));
   EXPECT_TRUE(rows[1].startsWith(QStringLiteral("00000010  7A 7A 7A ")));
   EXPECT_TRUE(rows[1].endsWith(QStringLiteral("  zzz")));
+}
+
+// The colouring: each row names a line, a character in it and whether it is coloured as a
+// comment (italic), a number or a keyword (bold), and the gutter grows with the line count.
+TEST_F(ShellWindow, TheSourceEditorColoursCAndAssemblerAndNumbersItsLines) {
+  CodeEditor editor;
+  editor.setPlainText(QStringLiteral("/* one\ntwo */ 0x1F\nconst uint8_t a = 12;\n  db 0FFh ; asm"));
+  QCoreApplication::processEvents();
+  const struct {
+    int line, column;
+    bool italic, bold;
+    bool coloured;
+  } cases[] = {{0, 2, true, false, true},  {1, 1, true, false, true},  {1, 8, false, false, true},
+               {2, 0, false, true, true},  {2, 14, false, false, false}, {3, 3, false, true, true},
+               {3, 6, false, false, true}, {3, 13, true, false, true}};
+  for (const auto& c : cases) {
+    const QTextBlock block = editor.document()->findBlockByNumber(c.line);
+    QTextCharFormat format;
+    bool found = false;
+    for (const QTextLayout::FormatRange& r : block.layout()->formats()) {
+      if (c.column >= r.start && c.column < r.start + r.length) format = r.format, found = true;
+    }
+    EXPECT_EQ(found, c.coloured) << c.line << ":" << c.column;
+    EXPECT_EQ(format.fontItalic(), c.italic) << c.line << ":" << c.column;
+    EXPECT_EQ(format.fontWeight() == QFont::Bold, c.bold) << c.line << ":" << c.column;
+  }
+  const int narrow = editor.GutterWidth();
+  editor.setPlainText(QString(1200, QLatin1Char('\n')));
+  EXPECT_GT(editor.GutterWidth(), narrow);
 }
 
 }  // namespace
