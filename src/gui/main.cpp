@@ -71,9 +71,14 @@ int main(int argc, char* argv[]) {
     return app.exec();
   }
 
-  if (const QScreen* screen = QApplication::primaryScreen()) {
-    window.resize(screen->availableGeometry().size() * 4 / 5);
+  // A window left in normal state comes back where it was; otherwise it fills the screen.
+  if (window.State().settings.layout.MainWs && !window.State().settings.layout.mft.isEmpty()) {
+    window.show();
+  } else {
+    if (const QScreen* screen = QApplication::primaryScreen()) {
+      window.resize(screen->availableGeometry().size() * 4 / 5);
+    }
+    window.showMaximized();
   }
-  window.showMaximized();
   return app.exec();
 }

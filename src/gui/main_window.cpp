@@ -438,7 +438,7 @@ void MainWindow::InstallShellHooks() {
     layout.mfl = QString::number(x());
     layout.mfw = width();
     layout.mfh = height();
-    layout.MainWs = !isMinimized();
+    layout.MainWs = !isMinimized() && !isMaximized();  // normal state: restored as it stands
   };
   state_.shellHooks.closeForms = [this](app::AppState&) {
     settingsPanel_->close();
@@ -551,7 +551,7 @@ std::unique_ptr<ExportDialog> MainWindow::MakeExportDialog() {
 }
 
 void MainWindow::ConvertToDataToolButtonClick() {
-  if (app::CheckMode(state_, services_, 0)) return;
+  // No mode gate here: the driver turns the command into a font or touch conversion itself.
   std::unique_ptr<ExportDialog> dialog = MakeExportDialog();
   const bool confirmed = dialog->exec() == QDialog::Accepted;
   state_.settings.layout.EXLE = dialog->x();
@@ -573,10 +573,12 @@ convert::ExportResult MainWindow::RunExport(const convert::ExportRequest& reques
   progress_->setValue(0);
   progress_->setVisible(confirmed);
   QApplication::setOverrideCursor(Qt::WaitCursor);
+  state_.modes.ExportRunning = true;
   const convert::ExportResult result = [&] {
     struct Restore {
       MainWindow* w;
       ~Restore() {
+        w->state_.modes.ExportRunning = false;
         QApplication::restoreOverrideCursor();
         w->progress_->hide();
         w->menuBar()->setEnabled(true);
