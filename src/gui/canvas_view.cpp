@@ -20,6 +20,11 @@ void CanvasView::SetZoom(int zoom) {
   Refresh();
 }
 
+void CanvasView::SetGridVisible(bool visible) {
+  gridVisible_ = visible;
+  update();
+}
+
 void CanvasView::Refresh() {
   setFixedSize(sizeHint());
   update();
@@ -41,7 +46,17 @@ void CanvasView::paintEvent(QPaintEvent* event) {
   const QRect source(x0, y0, x1 - x0, y1 - y0);
   painter.drawImage(QRect(source.topLeft() * zoom_, source.size() * zoom_), bitmap, source);
 
-  if (zoom_ < kGridZoom) return;
+  DrawGrid(painter, x0, y0, x1, y1);
+  const canvas::SelectionRect& selection = canvas_.Selection().Rect();
+  if (!selection.IsEmpty()) {
+    painter.setPen(QPen(Qt::red, 1, Qt::DashLine));
+    const QRect r = selection.ToQRect();
+    painter.drawRect(QRect(r.topLeft() * zoom_, r.size() * zoom_).adjusted(0, 0, -1, -1));
+  }
+}
+
+void CanvasView::DrawGrid(QPainter& painter, int x0, int y0, int x1, int y1) {
+  if (zoom_ < kGridZoom || !gridVisible_) return;
   // One line at the left and top edge of each pixel but the first: the outer edge stays clean.
   painter.setPen(QPen(kGridColor, 1));
   for (int x = std::max(1, x0); x < x1; ++x) {

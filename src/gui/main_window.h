@@ -2,24 +2,35 @@
 #pragma once
 
 #include <QMainWindow>
+#include <functional>
 #include <memory>
 
 #include "app/state.h"
+#include "convert/export_driver.h"
 
 class QAction;
 class QLabel;
+class QProgressBar;
 class QScrollArea;
+class QTabWidget;
 class QTimer;
+
+namespace vt::app {
+class SingleInstance;
+}
 
 namespace vt::gui {
 
 class CanvasView;
+class EditorTabs;
+class ExportDialog;
 class LogWindow;
+class SettingsPanel;
 
-/// The main window: menus, the Work Canvas in the middle, the log docked below and the status
-/// bar. It owns the application state of its run and starts and ends the run: StartUp while it is
-/// built, ShutDown when it closes. Commands live in the core; the window only calls them and
-/// refreshes its views afterwards.
+/// The main window: the ribbon of ten pages and the main menu, the Work Canvas, the text and
+/// hex editors, the output settings panel, the log docked below and the status bar. It owns the
+/// application state of its run and starts and ends the run. Commands live in the core; the
+/// window only calls them and refreshes its views afterwards.
 class MainWindow final : public QMainWindow {
   Q_OBJECT
 
@@ -30,7 +41,7 @@ class MainWindow final : public QMainWindow {
   };
 
   /// Runs on the desktop: Qt message boxes over this window, the user's own folders, the system
-  /// clock.
+  /// clock, the Escape key.
   explicit MainWindow(Options options, QWidget* parent = nullptr);
   /// Runs on services the caller provides and keeps alive longer than the window.
   MainWindow(app::Services& services, Options options, QWidget* parent = nullptr);
@@ -38,23 +49,41 @@ class MainWindow final : public QMainWindow {
 
   /// "Vantorelle" and the version, as the title bar shows it.
   static QString Title();
+  /// The text of a command whose work is not in this version.
+  static QString NotAvailableText() { return QStringLiteral("Not available yet"); }
 
   app::AppState& State() { return state_; }
   LogWindow* LogWindowForm() const { return logWindow_; }
   CanvasView* Canvas() const { return canvasView_; }
+  EditorTabs* Editors() const { return editors_; }
+  SettingsPanel* Settings() const { return settingsPanel_; }
+  QTabWidget* Ribbon() const { return ribbon_; }
   /// Windows > Hide Log Window / Show Log Window.
   QAction* HideLogWindowAction() const { return hideLogWindowAction_; }
+  /// The ribbon or menu command of that caption; null when there is none.
+  QAction* Command(const QString& caption) const;
   /// The status bar text: the last status the log was given.
   QString StatusText() const;
   /// True once the run has ended: ShutDown ran (only ever once), or a failure terminated it.
   bool IsShutDown() const { return shutDown_; }
-  /// True when a failure ended the run (the exception handler said so); the window is closed
-  /// and nothing was saved.
+  /// True when a failure or a second instance ended the run; nothing was saved.
   bool IsTerminated() const { return terminated_; }
 
-  /// Brings the canvas, the status bar and the log window up to date with the state. Every
-  /// command ends with it.
+  /// Loads a picture into the Work Canvas, in black and white, at its own size.
+  void LoadPicture(const QString& path);
+  /// The export dialog as the next export would open it.
+  std::unique_ptr<ExportDialog> MakeExportDialog();
+
+  /// The export after its dialog: the driver with `request`, progress and Escape while it
+  /// walks, then the text in the source editor under the output name.
+  convert::ExportResult RunExport(const convert::ExportRequest& request, bool confirmed);
+
+  /// Brings the views up to date with the state. Every command ends with it.
   void Refresh();
+
+ Q_SIGNALS:
+  /// Refresh has brought the views up to date.
+  void refreshed();
 
  protected:
   void closeEvent(QCloseEvent* event) override;
@@ -64,33 +93,47 @@ class MainWindow final : public QMainWindow {
   MainWindow(std::unique_ptr<DesktopServices> desktop, app::Services* services, Options options,
              QWidget* parent);
 
-  void BuildMenus();
-  /// Runs a menu command: its caption goes to the log first, what it throws goes to the
-  /// exception handler, and the views follow the state afterwards.
-  template <typename Command>
-  void RunCommand(const QString& caption, Command&& command);
+  void BuildRibbonAndMenus();
+  QAction* AddCommand(const QString& caption, const char* handler, std::function<void()> work);
+  void InstallShellHooks();
+  void RestorePositions();
+  /// Runs a command: its caption goes to the log first, what it throws goes to the exception
+  /// handler, and the views follow the state afterwards.
+  void RunCommand(const QString& caption, const std::function<void()>& command);
 
-  /// Ends the run at once, without ShutDown.
   void Terminate();
-  void FileExit1Execute();
   void HideLogWindow1Click();
-  /// The toggle says what it will do: hide a visible log window, show a hidden one.
   void UpdateLogWindowCaption();
-  /// Status and log only; the canvas repaints on commands.
   void RefreshText();
+  void LoadGraphicToolButtonClick();
+  void DefineArtworkToolbuttonClick();
+  /// A recent file ("&1 path"): pictures load into the canvas.
+  void MRUFClick(const QString& item);
+  void ConvertToDataToolButtonClick();
+  bool SaveArtwork();
 
   std::unique_ptr<DesktopServices> desktop_;
   app::Services& services_;
   app::AppState state_;
+  std::unique_ptr<app::SingleInstance> instance_;
   bool shutDown_ = false;
   bool terminated_ = false;
+  convert::ExportRequest lastExport_;
+  bool showingText_ = false;  ///< the editor is being given the document, not edited
 
+  QTabWidget* ribbon_ = nullptr;
   CanvasView* canvasView_ = nullptr;
   QScrollArea* canvasArea_ = nullptr;
+  EditorTabs* editors_ = nullptr;
+  SettingsPanel* settingsPanel_ = nullptr;
   LogWindow* logWindow_ = nullptr;
   QAction* hideLogWindowAction_ = nullptr;
+  QList<QAction*> pixelModeActions_;
+  QList<QAction*> commands_;
   QLabel* statusLabel_ = nullptr;
+  QLabel* modeLabel_ = nullptr;
   QLabel* sizeLabel_ = nullptr;
+  QProgressBar* progress_ = nullptr;
   QTimer* logTimer_ = nullptr;
 };
 

@@ -60,7 +60,7 @@ TEST(DoPaste, AColourLayerInMonochromeAsksFirstAndConvertsByTheAnswer) {
     EXPECT_EQ(f.ts.dialogs.shown[0].customCaptions, QStringList({"Ok", "Cancel", "Dithering"}));
     EXPECT_EQ(f.Rows(), c.bitmap);
     EXPECT_EQ(f.state.log.StatusText(), c.status);
-    EXPECT_EQ(f.state.modes.SelectionPending, !c.pasted);
+    EXPECT_EQ(app::SelectionPending(f.state), !c.pasted);
     EXPECT_EQ(f.state.canvas.Selection().ThresholdOn, !c.pasted);
   }
 }
@@ -87,7 +87,7 @@ TEST(ResolveFloatingSelection, PasteNowDiscardOrCancel) {
     EXPECT_EQ(f.ts.dialogs.shown[0].customCaptions,
               QStringList({"Paste now", "Discard", "Cancel"}));
     EXPECT_EQ(f.state.canvas.Selection().IsFloating(), c.floating);
-    EXPECT_EQ(f.state.modes.SelectionPending, c.floating);
+    EXPECT_EQ(app::SelectionPending(f.state), c.floating);
     EXPECT_EQ(f.Rows(), c.bitmap);
   }
 }
@@ -103,7 +103,7 @@ TEST(PasteMultiple, RefusesWhileTheConversionIsOutstanding) {
   f.state.canvas.Selection().MoveTo(2, 0);
   EXPECT_TRUE(PasteMultiple(f.state, f.ts.services));
   EXPECT_EQ(f.Rows(), "rgrg") << "one layer stamped twice";
-  EXPECT_TRUE(f.state.modes.SelectionPending) << "the layer stays for the next stamp";
+  EXPECT_TRUE(app::SelectionPending(f.state)) << "the layer stays for the next stamp";
   EXPECT_EQ(f.state.canvas.SaveTable().UndoTop(), 1);
 }
 
@@ -130,7 +130,7 @@ TEST(CanvasCommands, UndoRedoAndOriginalShowTheirStatus) {
 TEST(CanvasCommands, ClearAsksAndEscapeDropsTheLayer) {
   Fixture f;
   EscapeSelection(f.state);
-  EXPECT_FALSE(f.state.modes.SelectionPending);
+  EXPECT_FALSE(app::SelectionPending(f.state));
   f.state.canvas.Fill(0x0000FF);
   f.ts.dialogs.Answer(Answer::No);
   EXPECT_FALSE(ClearWorkCanvas(f.state, f.ts.services));

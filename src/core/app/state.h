@@ -7,6 +7,7 @@
 #include "app/log.h"
 #include "app/text_buffer.h"
 #include "app/mode_flags.h"
+#include "app/modes.h"
 #include "canvas/palettes.h"
 #include "canvas/threshold.h"
 #include "canvas/work_canvas.h"
@@ -48,7 +49,16 @@ struct AppState {
   canvas::PaletteState palettes;  ///< the palettes of the current pixel mode
   int ModeChoice = 0;  ///< answer code of the last dialog
   QString LastMessageText;  ///< console mode: the previous message, to detect repeats
+  ModeRoutineTable modeRoutines;  ///< enter and leave routines the tools plug in, by SpecialMode
+  ShellHooks shellHooks;          ///< what the stop sequence asks of the windows
+  QString PaletteCaption = kDefaultPaletteCaption;
+  QString ThirdEditorTabName = QStringLiteral("Script");  ///< a mode names it after its script
+  QStringList MRUList;  ///< recent files, full paths, newest first
 };
+
+/// A floating selection layer is not yet pasted to the Work Canvas. Asked of the canvas itself,
+/// so that it can never disagree with the layer.
+inline bool SelectionPending(const AppState& state) { return state.canvas.Selection().IsFloating(); }
 
 /// The platform, injected.
 struct Services {

@@ -25,10 +25,6 @@ bool Guarded(app::AppState& state, const char* errorText, const std::function<vo
   return false;
 }
 
-void SyncPending(app::AppState& state) {
-  state.modes.SelectionPending = state.canvas.Selection().IsFloating();
-}
-
 bool IsMonochrome(const app::AppState& state) {
   const auto mode = settings::CurrentPixelMode(state.settings);
   return !mode || settings::IsMonochromeMode(*mode);
@@ -36,7 +32,6 @@ bool IsMonochrome(const app::AppState& state) {
 
 void DropSelection(app::AppState& state) {
   state.canvas.DisableSelection();
-  SyncPending(state);
 }
 
 /// Draws the layer in, pushes, reports. False when nothing was pasted.
@@ -46,7 +41,6 @@ bool Paste(app::AppState& state, bool keepFloating) {
                [&] { result = state.canvas.PasteSelection(keepFloating, IsMonochrome(state)); })) {
     return false;
   }
-  SyncPending(state);
   if (result != PasteResult::Pasted && result != PasteResult::PastedPushFailed) return false;
   state.modes.ArtworkFresh = false;
   if (result == PasteResult::PastedPushFailed) {
@@ -103,8 +97,7 @@ void OriginalImageButtonClick(app::AppState& state) {
 }
 
 void EnableSelection(app::AppState& state) {
-  SyncPending(state);
-  if (!state.modes.SelectionPending) return;
+  if (!app::SelectionPending(state)) return;
   state.log.StatusBarAndLog(state.canvas.Selection().Rect().StatusText());
   Status(state, texts::kDragPaste);
 }
@@ -173,7 +166,6 @@ void DeleteSelectionLayer(app::AppState& state) {
 
 void CalqueButtonClick(app::AppState& state) {
   state.canvas.CreateTransferLayer();
-  SyncPending(state);
   Status(state, texts::kTransferCreated);
   Status(state, texts::kTransferVisible);
 }

@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+
+#include "app/startup.h"
+#include "gui/export_dialog.h"
+#include "gui/settings_panel.h"
+#include "gui_test_app.h"
+#include "support/temp_folders.h"
+
+namespace vt::gui {
+namespace {
+
+template <typename T>
+T* Named(QWidget& parent, const char* name) {
+  T* child = parent.findChild<T*>(QString::fromLatin1(name));
+  EXPECT_NE(child, nullptr) << name;
+  return child;
+}
+
+QRadioButton* Radio(QWidget& parent, const QString& text) {
+  for (QRadioButton* radio : parent.findChildren<QRadioButton*>()) {
+    if (radio->text() == text) return radio;
+  }
+  ADD_FAILURE() << text.toStdString();
+  return nullptr;
+}
+
+class ExportAndSettings : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    test::GuiApp();
+    app::StartUp(state, t.services);
+  }
+  test::TestServices t;
+  app::AppState state;
+};
+
+TEST_F(ExportAndSettings, TheExportDialogHandsBackEveryChoice) {
+  ExportDialog dialog(convert::FillExportDialog(state));
+  EXPECT_EQ(dialog.windowTitle(), QStringLiteral("Export Work Canvas To Data"));
+  auto* intelHex = dialog.findChildren<QGroupBox*>().last();
+  EXPECT_FALSE(intelHex->isEnabled()) << "8 bits: no Intel Hex group";
+  Radio(dialog, QStringLiteral("Intel Hex"))->click();
+  EXPECT_TRUE(intelHex->isEnabled());
+  Named<QComboBox>(dialog, "AddressDigits")->setCurrentIndex(1);
+  EXPECT_EQ(Named<QLineEdit>(dialog, "AddressOffset")->text(), QStringLiteral("000000"));
+  Radio(dialog, QStringLiteral("Export Lower Half of Work Canvas"))->click();
+  Named<QCheckBox>(dialog, "InterleavedCheckBox")->setChecked(true);
+  convert::ExportRequest r = dialog.Request();
+  EXPECT_EQ(r.WordWidth, convert::WordWidthChoice::IntelHex);
+  EXPECT_EQ(r.AddressDigits, 6);
+  EXPECT_EQ(r.AreaChoice, convert::kAreaLowerHalf);
+  EXPECT_TRUE(r.Interleaved);
+
+  Named<QCheckBox>(dialog, "EffectiveSizeCheckBox")->setChecked(true);  // locks the full area
+  EXPECT_EQ(dialog.Request().AreaChoice, convert::kAreaFull);
+  Named<QPushButton>(dialog, "ResetButton")->click();
+  r = dialog.Request();
+  EXPECT_FALSE(r.AutoFraming || r.Interleaved);
+  EXPECT_EQ(r.WordWidth, convert::WordWidthChoice::IntelHex) << "the reset keeps the word width";
+}
+
+TEST_F(ExportAndSettings, EachSettingsBoxRunsItsSelectorAsACommand) {
+  QStringList captions;
+  SettingsPanel panel(state, t.services, [&](const QString& caption, const std::function<void()>& w) {
+    captions << caption;
+    w();
+  });
+  const struct {
+    QComboBox* box;
+    int index;
+    std::function<bool()> done;
+    const char* caption;  // nullptr: the box's own text
+  } cases[] = {
+      {panel.WidthBox(), 3, [&] { return state.files.OutputFileName == "NewBitmap.bin"; }, nullptr},
+      {panel.FormatBox(), 1, [&] { return state.settings.format.FXHB == "H"; }, nullptr},
+      {panel.BitOrderBox(), 1, [&] { return !state.settings.scan.MSBF; }, nullptr},
+      {panel.CornerBox(), 2, [&] { return state.settings.scan.CORN3; }, nullptr},
+      {panel.SizeBox(), 0, [&] { return state.canvas.Width() == 96 && state.canvas.Height() == 40; },
+       "Matrix96x40"},
+  };
+  for (const auto& c : cases) {
+    c.box->activated(c.index);
+    EXPECT_TRUE(c.done()) << c.box->objectName().toStdString();
+    EXPECT_EQ(c.box->currentIndex(), c.index) << "the box shows the accepted setting";
+    EXPECT_EQ(captions.last(), c.caption ? QString::fromLatin1(c.caption) : c.box->itemText(c.index));
+  }
+  EXPECT_TRUE(state.log.Lines().contains(QStringLiteral("Constant format is data+h")));
+}
+
+}  // namespace
+}  // namespace vt::gui
