@@ -32,13 +32,13 @@ TEST(OutputNaming, NamesFollowTheLanguageKeysInOrderAndTheTarget) {
     const char* upper;
     const char* output;
   } cases[] = {
-      {QStringLiteral("NewBitmap.bmp"), kC, kBin, "NewBitmap.c", ".C", "NewBitmap.bin"},
-      {QStringLiteral("Logo.png"), kH, kText, "Logo.h", ".H", "Logo.h"},
-      {QStringLiteral("Logo"), kH, kText, "Logo.h", ".H", "Logo.h"},  // no "." keeps it all
-      {QStringLiteral("my.logo.gif"), kAsm, kText, "my.logo.asm", ".ASM", "my.logo.asm"},
-      {QStringLiteral("Logo.png"), kAsmAndC, kText, "Logo.asm", ".ASM", "Logo.asm"},
-      {QStringLiteral("Logo.png"), kLib, kText, "Logo.lib", ".LIB", "Logo.lib"},
-      {QStringLiteral("Logo.png"), kBas, kIHex, "Logo.bas", ".BAS", "Logo.hex"},
+      {"NewBitmap.bmp", kC, kBin, "NewBitmap.c", ".C", "NewBitmap.bin"},
+      {"Logo.png", kH, kText, "Logo.h", ".H", "Logo.h"},
+      {"Logo", kH, kText, "Logo.h", ".H", "Logo.h"},  // no "." keeps it all
+      {"my.logo.gif", kAsm, kText, "my.logo.asm", ".ASM", "my.logo.asm"},
+      {"Logo.png", kAsmAndC, kText, "Logo.asm", ".ASM", "Logo.asm"},
+      {"Logo.png", kLib, kText, "Logo.lib", ".LIB", "Logo.lib"},
+      {"Logo.png", kBas, kIHex, "Logo.bas", ".BAS", "Logo.hex"},
       // At most 50 characters go from the last ".": the dot and 49 of the 60 x.
       {longExtension, kH, kText, "axxxxxxxxxxx.h", ".H", "axxxxxxxxxxx.h"},
   };

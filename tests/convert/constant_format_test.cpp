@@ -53,7 +53,7 @@ TEST(FormatConstant, SpellsTheValueAlone) {
   for (const auto& c : cases) {
     const settings::Settings s = With(c.keys);
     EXPECT_EQ(FormatConstant(s, c.value), QString::fromLatin1(c.expected)) << c.keys;
-    QString text = QStringLiteral("old");
+    QString text = "old";
     FormatConstant(s, c.value, text);
     EXPECT_EQ(text, QString::fromLatin1(c.expected)) << c.keys;
   }

@@ -243,8 +243,8 @@ TEST(DataTextWriter, TwoPageGrayDealsThePairBitsToTwoArrays) {
     app::TextBuffer second;
     DataTextWriter writer(s, text, {EndOfLineFlagsOf(s.format), 5}, &second);
     HeaderRequest request;
-    request.templateText = QStringLiteral("const uint8_t [&NAME][] = {");
-    request.arrayName = QStringLiteral("Pic");
+    request.templateText = "const uint8_t [&NAME][] = {";
+    request.arrayName = "Pic";
     const HeaderText header = BuildHeader(s, request);
     writer.WriteDataPreamble({}, header);
     Feed(writer, {0xAA, 0x55, 0xFF, 0x00});
@@ -278,7 +278,7 @@ TEST(DataTextWriter, BinaryTargetsTakeTwoHexDigitsAndNoText) {
 // ---- Preamble and end of the array ---------------------------------------------------------
 
 TEST(DataTextWriter, PreambleWritesTheCommentLinesOrTheBeginText) {
-  const PreambleInfo plain{QStringLiteral("V9 "), QStringLiteral("Sat 14.03.2026")};
+  const PreambleInfo plain{"V9 ", "Sat 14.03.2026"};
   PreambleInfo animated = plain;
   animated.animated = true;
   animated.frame = 2;
@@ -321,7 +321,7 @@ TEST(DataTextWriter, HeaderLinesAreTypedTrimmedAndCollapsed) {
   app::TextBuffer text;
   DataTextWriter writer(s, text, {EndOfLineFlagsOf(s.format), 0});
   HeaderText header;
-  header.text = QStringLiteral("a  \n\n\n  \nconst uint8_t x[] = {\t\n\n");
+  header.text = "a  \n\n\n  \nconst uint8_t x[] = {\t\n\n";
   writer.WriteDataPreamble({}, header);
   EXPECT_EQ(text.Text(), "a\n\nconst uint16_t x[] = {\n\n");
 }
@@ -364,11 +364,11 @@ TEST(DataTextWriter, EndWritesTheDescriptorsAndClosingComments) {
     DataTextWriter writer(s, text, {EndOfLineFlagsOf(s.format), 5});
     Feed(writer, {1, 2, 3, 4});
     HeaderText header;
-    header.linePrefix = QStringLiteral("const uint8_t ");
-    header.arrayName = QStringLiteral("Pic");
-    header.xText = QStringLiteral("3");
-    header.yText = QStringLiteral("4");
-    writer.WriteDataEnd(header, {QStringLiteral("Pic.rtf"), c.animated, c.compressed, 16, 20});
+    header.linePrefix = "const uint8_t ";
+    header.arrayName = "Pic";
+    header.xText = "3";
+    header.yText = "4";
+    writer.WriteDataEnd(header, {"Pic.rtf", c.animated, c.compressed, 16, 20});
     EXPECT_EQ(text.Text().section(QLatin1Char('\n'), 1), QString::fromLatin1(c.expected)) << c.keys;
   }
 }
@@ -394,7 +394,7 @@ QByteArray WholeText(const settings::Settings& s, const char* hex, int width, in
   HeaderRequest request;
   request.templateFileName = HeaderFileName(settingsFile, HeaderKind::Graphics);
   request.templateText = LoadHeaderTemplate(request.templateFileName);
-  request.arrayName = QStringLiteral("NewBitmap");
+  request.arrayName = "NewBitmap";
   request.dataByteCount = static_cast<long long>(values.size()) + 1;
   request.right = width - 1;
   request.bottom = height - 1;
@@ -404,10 +404,9 @@ QByteArray WholeText(const settings::Settings& s, const char* hex, int width, in
 
   app::TextBuffer text;
   DataTextWriter writer(s, text, {EndOfLineFlagsOf(s.format), request.dataByteCount});
-  writer.WriteDataPreamble({QStringLiteral("0.1.0 "), QStringLiteral("14/03/2026 15:09:26")},
-                           header);
+  writer.WriteDataPreamble({"0.1.0 ", "14/03/2026 15:09:26"}, header);
   Feed(writer, values);
-  writer.WriteDataEnd(header, {QStringLiteral("NewBitmap.rtf"), false, false, width, height});
+  writer.WriteDataEnd(header, {"NewBitmap.rtf", false, false, width, height});
   return text.Text().toUtf8();
 }
 
@@ -444,17 +443,16 @@ TEST(WholeTexts, MatchTheirGoldenFiles) {
   // Every golden text folder has its case.
   folders.sort();
   const QDir data(QStringLiteral(VT_TEST_DATA_DIR "/convert"));
-  EXPECT_EQ(data.entryList({QStringLiteral("text_*")}, QDir::Dirs, QDir::Name).join(' '),
-            folders.join(' '));
+  EXPECT_EQ(data.entryList({"text_*"}, QDir::Dirs, QDir::Name).join(' '), folders.join(' '));
 }
 
 // The default output is real C: compiled together with a small program that prints the array,
 // it gives back the bytes that went in.
 TEST(WholeTexts, DefaultArrayCompilesAndHoldsTheValues) {
-  const QString compiler = QStandardPaths::findExecutable(QStringLiteral("cc"));
+  const QString compiler = QStandardPaths::findExecutable("cc");
   if (compiler.isEmpty()) GTEST_SKIP() << "no C compiler (cc) found";
   QTemporaryDir dir;
-  ASSERT_TRUE(QDir(dir.path()).mkpath(QStringLiteral("avr")));
+  ASSERT_TRUE(QDir(dir.path()).mkpath("avr"));
   const std::pair<const char*, QByteArray> files[] = {
       {"avr/pgmspace.h", "#include <stdint.h>\n#define PROGMEM\n"},
       {"NewBitmap.h", WholeText(settings::Settings{}, kForty, 16, 20)},
@@ -470,9 +468,7 @@ TEST(WholeTexts, DefaultArrayCompilesAndHoldsTheValues) {
   }
   QProcess run;
   run.setWorkingDirectory(dir.path());
-  run.start(
-      QStringLiteral("sh"),
-      {QStringLiteral("-c"), QStringLiteral("\"$0\" -I. -o dump main.c && ./dump"), compiler});
+  run.start("sh", {"-c", "\"$0\" -I. -o dump main.c && ./dump", compiler});
   ASSERT_TRUE(run.waitForFinished(60000));
   ASSERT_EQ(run.exitCode(), 0) << run.readAllStandardError().toStdString();
   EXPECT_EQ(QString::fromLatin1(run.readAllStandardOutput()).trimmed(), kForty);

@@ -45,8 +45,8 @@ TEST(HeaderFileName, SitsBesideTheSettingsFile) {
 HeaderRequest Request(const QString& templateText, const RequestSetup& setup = {}) {
   HeaderRequest r;
   r.templateText = templateText;
-  r.templateFileName = QStringLiteral("/p/proj.txt");
-  r.arrayName = QStringLiteral("Pic");
+  r.templateFileName = "/p/proj.txt";
+  r.arrayName = "Pic";
   r.dataByteCount = 41;
   r.left = 3;
   r.top = 4;
@@ -187,7 +187,7 @@ TEST(HeaderSizeText, FollowsWidthModeAndDescriptors) {
 }
 
 TEST(HeaderTemplate, WordTypeFollowsTheOutputWidthWithCu8) {
-  const QString line = QStringLiteral("const uint8_t a[] = {uint8_t};");
+  const QString line = "const uint8_t a[] = {uint8_t};";
   EXPECT_EQ(ApplyWordType(settings::Settings{}, line), line);
   EXPECT_EQ(ApplyWordType(With("bits=16"), line), "const uint16_t a[] = {uint16_t};");
   EXPECT_EQ(ApplyWordType(With("bits=32"), line), "const uint32_t a[] = {uint32_t};");

@@ -58,9 +58,9 @@ TEST_F(ExceptionBoundaryTest, AnythingThrownIsCaughtAndReportedOrHidden) {
 
 TEST_F(ExceptionBoundaryTest, NamesTheActiveWindowAndTheFocusedControl) {
   QWidget form;
-  form.setObjectName(QStringLiteral("ExploForm"));
+  form.setObjectName("ExploForm");
   auto* edit = new QLineEdit(&form);
-  edit->setObjectName(QStringLiteral("FileNameEdit"));
+  edit->setObjectName("FileNameEdit");
   (new QVBoxLayout(&form))->addWidget(edit);
   form.show();
   form.activateWindow();
@@ -72,9 +72,9 @@ TEST_F(ExceptionBoundaryTest, NamesTheActiveWindowAndTheFocusedControl) {
   EXPECT_EQ(
       RunAtTop(state, dialogs, [] { throw std::out_of_range("List index out of bounds (7)"); }),
       app::ExceptionOutcome::Reported);
-  EXPECT_EQ(state.log.LastForm, QStringLiteral("ExploForm"));
-  EXPECT_EQ(state.log.LastControl, QStringLiteral("FileNameEdit"));
-  EXPECT_EQ(state.log.LastErrorText, QStringLiteral("LI Error =(ExploForm[FileNameEdit])"));
+  EXPECT_EQ(state.log.LastForm, "ExploForm");
+  EXPECT_EQ(state.log.LastControl, "FileNameEdit");
+  EXPECT_EQ(state.log.LastErrorText, "LI Error =(ExploForm[FileNameEdit])");
   EXPECT_EQ(state.log.ExceptionNumber, 1);
 }
 

@@ -20,8 +20,8 @@ using test::WhenBoxShows;
 
 DialogRequest Request(int buttons, QStringList customCaptions = {}) {
   DialogRequest request;
-  request.text = QStringLiteral("Question");
-  request.caption = QStringLiteral("Confirm");
+  request.text = "Question";
+  request.caption = "Confirm";
   request.type = DialogType::Confirmation;
   request.buttons = buttons;
   request.customCaptions = std::move(customCaptions);
@@ -104,14 +104,13 @@ TEST_F(QtDialogsTest, ShowsCarriageReturnsAsLineBreaksWithCaptionAndIconOfTheTyp
   };
   for (const auto& c : cases) {
     DialogRequest request = Request(Buttons::Ok);
-    request.text = QStringLiteral(" Quit Vantorelle ? \r Artwork has not been saved ! \r\nEnd");
+    request.text = " Quit Vantorelle ? \r Artwork has not been saved ! \r\nEnd";
     request.caption = QString::fromLatin1(c.caption);
     request.type = c.type;
     SeenBox seen;
-    Show(request, Click(QStringLiteral("&Ok")), seen);
+    Show(request, Click("&Ok"), seen);
     EXPECT_EQ(seen.title, QString::fromLatin1(c.title));
-    EXPECT_EQ(seen.text,
-              QStringLiteral(" Quit Vantorelle ? \n Artwork has not been saved ! \nEnd"));
+    EXPECT_EQ(seen.text, " Quit Vantorelle ? \n Artwork has not been saved ! \nEnd");
     EXPECT_EQ(seen.icon, c.icon) << c.title;
   }
 }
@@ -135,11 +134,11 @@ TEST_F(QtDialogsTest, TheStarCheckBoxStartsFromTheRequestAndIsHandedBack) {
   SeenBox seen;
   const auto uncheckAndClick = [](QMessageBox& box) {
     box.checkBox()->setChecked(false);
-    return Click(QStringLiteral("&Ok"))(box);
+    return Click("&Ok")(box);
   };
   EXPECT_EQ(Show(request, uncheckAndClick, seen), Answer::Ok);
-  EXPECT_EQ(seen.checkBoxText, QStringLiteral("*"));
-  EXPECT_EQ(seen.checkBoxToolTip, QStringLiteral("Desktop centered = checked"));
+  EXPECT_EQ(seen.checkBoxText, "*");
+  EXPECT_EQ(seen.checkBoxToolTip, "Desktop centered = checked");
   EXPECT_TRUE(seen.checkBoxChecked);
   EXPECT_EQ(dialogs.LastDesktopCentered(), false);
 }
