@@ -32,7 +32,10 @@ class Configuration : public ::testing::Test {
   AppState state;
 };
 
-TEST_F(Configuration, FirstRunCreatesTheInitFileTheFoldersAndTheDefaultProject) {
+TEST_F(Configuration, FirstRunCreatesTheInitFileTheFoldersTheDefaultProjectAndCopiesSamples) {
+  for (const char* sample : {"Convert.SPP", "Panel.TSC", "wallpaper.jpg"}) {
+    Write(t.folders.ProgramData() + "/" + sample, sample);
+  }
   StartUp(state, t.services);
   EXPECT_TRUE(state.files.FirstRun);
   EXPECT_EQ(state.files.SettingsFile, DefaultLcd());
@@ -45,24 +48,16 @@ TEST_F(Configuration, FirstRunCreatesTheInitFileTheFoldersAndTheDefaultProject) 
   EXPECT_EQ(KeyInFile(DefaultLcd(), "S", "OFP"), root + "Output Files");
   EXPECT_EQ(KeyInFile(DefaultLcd(), "S", "BFP"), t.folders.Pictures());
   EXPECT_EQ(state.settings.folder.bfpa, root + "Batch Files");
-  EXPECT_EQ(state.canvas.Width(), 128);
-  EXPECT_EQ(state.canvas.Height(), 64);
+  EXPECT_EQ(QSize(state.canvas.Width(), state.canvas.Height()), QSize(128, 64));
+  EXPECT_EQ(test::ReadAll(state.settings.folder.bfpa + "/Convert.SPP"), "Convert.SPP");
+  EXPECT_EQ(test::ReadAll(state.settings.folder.tfp1 + "/Panel.TSC"), "Panel.TSC");
+  EXPECT_EQ(test::ReadAll(InitFolderPath(t.folders) + "wallpaper.jpg"), "wallpaper.jpg");
   // The header templates stand beside the new settings file.
   const QString base = InitFolderPath(t.folders) + "default";
   for (const char* suffix : {".txt", "_Raw.txt", "_Struct.txt", "_DMD.txt", "_Bloc.txt"}) {
     EXPECT_TRUE(QFileInfo::exists(base + QString::fromLatin1(suffix))) << suffix;
   }
   EXPECT_TRUE(test::ReadAll(base + ".txt").contains("[&NAME]"));
-}
-
-TEST_F(Configuration, FirstRunCopiesTheSamplesIntoTheirFolders) {
-  Write(t.folders.ProgramData() + "/Convert.SPP", "batch");
-  Write(t.folders.ProgramData() + "/Panel.TSC", "touch");
-  Write(t.folders.ProgramData() + "/wallpaper.jpg", "jpeg");
-  StartUp(state, t.services);
-  EXPECT_EQ(test::ReadAll(state.settings.folder.bfpa + "/Convert.SPP"), "batch");
-  EXPECT_EQ(test::ReadAll(state.settings.folder.tfp1 + "/Panel.TSC"), "touch");
-  EXPECT_EQ(test::ReadAll(InitFolderPath(t.folders) + "wallpaper.jpg"), "jpeg");
 }
 
 TEST_F(Configuration, LaterRunsOpenTheProjectTheInitFileNames) {
@@ -73,8 +68,7 @@ TEST_F(Configuration, LaterRunsOpenTheProjectTheInitFileNames) {
   EXPECT_FALSE(state.files.FirstRun);
   EXPECT_EQ(state.files.SettingsFile, project);
   EXPECT_EQ(state.settings.display.GWI, 240);
-  EXPECT_EQ(state.canvas.Width(), 240);
-  EXPECT_EQ(state.canvas.Height(), 160);
+  EXPECT_EQ(QSize(state.canvas.Width(), state.canvas.Height()), QSize(240, 160));
 }
 
 TEST_F(Configuration, AnUnusableInitLineFallsBackToTheDefaultProject) {

@@ -69,11 +69,9 @@ TEST(UndoStack, StepsThroughTheStatesInOrderAndAnEditForgetsRedo) {
     }
     EXPECT_EQ(RowsOf(canvas.Bitmap()), s.picture);
     EXPECT_EQ(RowsOf(canvas.DisplayBitmap()), s.picture);
-    EXPECT_EQ(canvas.SaveTable().UndoPosition(), s.position);
-    EXPECT_EQ(canvas.SaveTable().UndoTop(), s.top);
-    EXPECT_EQ(canvas.SaveTable().Size(), s.top + 1);
-    EXPECT_EQ(canvas.SaveTable().UndoEnabled(), s.undo);
-    EXPECT_EQ(canvas.SaveTable().RedoEnabled(), s.redo);
+    const UndoStack& t = canvas.SaveTable();
+    EXPECT_EQ(std::tuple(t.UndoPosition(), t.UndoTop(), t.Size(), t.UndoEnabled(), t.RedoEnabled()),
+              std::tuple(s.position, s.top, s.top + 1, s.undo, s.redo));
   }
 }
 
