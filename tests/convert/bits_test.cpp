@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
 #include <vector>
 
 namespace vt::convert {
@@ -23,21 +24,16 @@ TEST(Bits, ReverseByteMirrorsTheEightBits) {
 }
 
 TEST(Bits, SetClearAndTestAddressOneBitEach) {
-  const struct {
-    std::int64_t value;
-    int bit;
-    bool isSet;
-    std::int64_t afterSet, afterClear;
-  } cases[] = {
+  const std::tuple<std::int64_t, int, bool, std::int64_t, std::int64_t> cases[] = {
       {0x00, 0, false, 0x01, 0x00},
       {0x81, 7, true, 0x81, 0x01},
       {0x81, 3, false, 0x89, 0x81},
       {0xFFFFFF, 23, true, 0xFFFFFF, 0x7FFFFF},  // a colour's top bit
   };
-  for (const auto& c : cases) {
-    EXPECT_EQ(TestBit(c.value, c.bit), c.isSet) << c.value << " bit " << c.bit;
-    EXPECT_EQ(SetBit(c.value, c.bit), c.afterSet) << c.value << " bit " << c.bit;
-    EXPECT_EQ(ClearBit(c.value, c.bit), c.afterClear) << c.value << " bit " << c.bit;
+  for (const auto& [value, bit, isSet, afterSet, afterClear] : cases) {
+    EXPECT_EQ(TestBit(value, bit), isSet) << value << " bit " << bit;
+    EXPECT_EQ(SetBit(value, bit), afterSet) << value << " bit " << bit;
+    EXPECT_EQ(ClearBit(value, bit), afterClear) << value << " bit " << bit;
   }
 }
 

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "app/log.h"
 #include "convert_test_util.h"
 
@@ -17,11 +19,7 @@ namespace {
 using test::With;
 
 TEST(FormatConstant, SpellsTheValueAlone) {
-  const struct {
-    const char* keys;
-    std::int64_t value;
-    const char* expected;
-  } cases[] = {
+  const std::tuple<const char*, std::int64_t, const char*> cases[] = {
       // "X": two upper-case digits behind 0x; an unknown key spells as "X".
       {"FXHB=X", 5, "0x05"},
       {"FXHB=X", 0xAB, "0xAB"},
@@ -50,21 +48,17 @@ TEST(FormatConstant, SpellsTheValueAlone) {
       {"FXHB=+D+|Neg=1", 5, "250"},
       {"FXHB=+D+|bits=16", 65535, "65535"},
   };
-  for (const auto& c : cases) {
-    const settings::Settings s = With(c.keys);
-    EXPECT_EQ(FormatConstant(s, c.value), QString::fromLatin1(c.expected)) << c.keys;
+  for (const auto& [keys, value, expected] : cases) {
+    const settings::Settings s = With(keys);
+    EXPECT_EQ(FormatConstant(s, value), QString::fromLatin1(expected)) << keys;
     QString text = "old";
-    FormatConstant(s, c.value, text);
-    EXPECT_EQ(text, QString::fromLatin1(c.expected)) << c.keys;
+    FormatConstant(s, value, text);
+    EXPECT_EQ(text, QString::fromLatin1(expected)) << keys;
   }
 }
 
 TEST(ConstantFormat, SelectionSetsTheKeyAndLogsTheSetterText) {
-  const struct {
-    ConstantFormat format;
-    const char* key;
-    const char* logText;
-  } cases[] = {
+  const std::tuple<ConstantFormat, const char*, const char*> cases[] = {
       {ConstantFormat::X, "X", "Constant format is ox+data"},
       {ConstantFormat::H, "H", "Constant format is data+h"},
       {ConstantFormat::ZeroB, "0B", "Constant format is b+data"},
@@ -73,13 +67,13 @@ TEST(ConstantFormat, SelectionSetsTheKeyAndLogsTheSetterText) {
       {ConstantFormat::PlusHPlus, "+H+", "Constant format is +hex+"},
       {ConstantFormat::PlusDPlus, "+D+", "Constant format is +dec+"},
   };
-  for (const auto& c : cases) {
+  for (const auto& [selected, key, logText] : cases) {
     settings::DataFormatSettings format;
     app::Log log;
-    SelectConstantFormat(format, log, c.format);
-    EXPECT_EQ(format.FXHB, QString::fromLatin1(c.key));
-    EXPECT_EQ(log.Lines(), QStringList{QString::fromLatin1(c.logText)});
-    EXPECT_EQ(CurrentConstantFormat(format), c.format) << c.key;
+    SelectConstantFormat(format, log, selected);
+    EXPECT_EQ(format.FXHB, QString::fromLatin1(key));
+    EXPECT_EQ(log.Lines(), QStringList{QString::fromLatin1(logText)});
+    EXPECT_EQ(CurrentConstantFormat(format), selected) << key;
   }
   EXPECT_EQ(ConstantFormatFromKey("0b"), ConstantFormat::ZeroB);  // keys compare without case
   EXPECT_EQ(ConstantFormatFromKey("+d+"), ConstantFormat::PlusDPlus);

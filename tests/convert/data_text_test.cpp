@@ -8,6 +8,7 @@
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
+#include <tuple>
 
 #include "app/log.h"
 #include "convert_test_util.h"
@@ -285,11 +286,7 @@ TEST(DataTextWriter, PreambleWritesTheCommentLinesOrTheBeginText) {
   animated.frameCount = 5;
   PreambleInfo compressed = animated;
   compressed.compressed = true;
-  const struct {
-    const char* keys;
-    const PreambleInfo& info;
-    const char* expected;
-  } cases[] = {
+  const std::tuple<const char*, const PreambleInfo&, const char*> cases[] = {
       {"bits=32|asrg=1", compressed,
        "/* COMPRESSED Data generated with Vantorelle V9 */\n"
        "/* Animated Sequence Part # 2 of 5  */\n/* Sat 14.03.2026 */\n"
@@ -307,12 +304,12 @@ TEST(DataTextWriter, PreambleWritesTheCommentLinesOrTheBeginText) {
       {"Noonts=1|Noh=1", plain, "\n"},  // an empty begin text still gives its line
       {"Noonts=1|Noh=1|begds=const char x[] = {|ColRx=1|fpar13={ {", plain, "{ {\n"},
   };
-  for (const auto& c : cases) {
-    const settings::Settings s = With(c.keys);
+  for (const auto& [keys, info, expected] : cases) {
+    const settings::Settings s = With(keys);
     app::TextBuffer text;
     DataTextWriter writer(s, text, {EndOfLineFlagsOf(s.format), 0});
-    writer.WriteDataPreamble(c.info, HeaderText{});
-    EXPECT_EQ(text.Text(), QString::fromLatin1(c.expected)) << c.keys;
+    writer.WriteDataPreamble(info, HeaderText{});
+    EXPECT_EQ(text.Text(), QString::fromLatin1(expected)) << keys;
   }
 }
 
@@ -328,12 +325,7 @@ TEST(DataTextWriter, HeaderLinesAreTypedTrimmedAndCollapsed) {
 
 // Four bytes of a 16 x 20 area named "Pic" at (3, 4): the lines after the data line.
 TEST(DataTextWriter, EndWritesTheDescriptorsAndClosingComments) {
-  const struct {
-    const char* keys;
-    bool animated;
-    bool compressed;
-    const char* expected;
-  } cases[] = {
+  const std::tuple<const char*, bool, bool, const char*> cases[] = {
       {"", false, false,
        "};\n\nconst uint8_t  PicWidthPages = 2 ;\n\nconst uint8_t  PicHeightPixels = 20 ;\n"
        "/******************/\n/* 4 Bytes */\n/* End of LCD Pattern           */\n"
@@ -358,8 +350,8 @@ TEST(DataTextWriter, EndWritesTheDescriptorsAndClosingComments) {
       {"bits=16|ORGC=2|BSD=0|CCOM=0|BSCOM=1", true, false,
        "};\n! ******************\n! 2 Bytes \n!  End of LCD Pattern  \n"},
   };
-  for (const auto& c : cases) {
-    const settings::Settings s = With(c.keys, With("ORGC=4"));
+  for (const auto& [keys, animated, compressed, expected] : cases) {
+    const settings::Settings s = With(keys, With("ORGC=4"));
     app::TextBuffer text;
     DataTextWriter writer(s, text, {EndOfLineFlagsOf(s.format), 5});
     Feed(writer, {1, 2, 3, 4});
@@ -368,8 +360,8 @@ TEST(DataTextWriter, EndWritesTheDescriptorsAndClosingComments) {
     header.arrayName = "Pic";
     header.xText = "3";
     header.yText = "4";
-    writer.WriteDataEnd(header, {"Pic.rtf", c.animated, c.compressed, 16, 20});
-    EXPECT_EQ(text.Text().section(QLatin1Char('\n'), 1), QString::fromLatin1(c.expected)) << c.keys;
+    writer.WriteDataEnd(header, {"Pic.rtf", animated, compressed, 16, 20});
+    EXPECT_EQ(text.Text().section(QLatin1Char('\n'), 1), QString::fromLatin1(expected)) << keys;
   }
 }
 
@@ -411,12 +403,7 @@ QByteArray WholeText(const settings::Settings& s, const char* hex, int width, in
 }
 
 TEST(WholeTexts, MatchTheirGoldenFiles) {
-  const struct {
-    const char* folder;
-    const char* keys;
-    const char* values;
-    int width, height;
-  } cases[] = {
+  const std::tuple<const char*, const char*, const char*, int, int> cases[] = {
       {"text_default", "", kForty, 16, 20},
       {"text_hex_h_addof", "FXHB=H|Addof=1|ORGC=8|CCOM=0|Eolcom=0", kForty, 16, 20},
       {"text_binary_b", "FXHB=B|ORGC=4", kTwelve, 8, 12},
@@ -434,10 +421,10 @@ TEST(WholeTexts, MatchTheirGoldenFiles) {
        kTwelve, 8, 12},
   };
   QStringList folders;
-  for (const auto& c : cases) {
-    folders << QString::fromLatin1(c.folder);
+  for (const auto& [folder, keys, values, width, height] : cases) {
+    folders << QString::fromLatin1(folder);
     EXPECT_TRUE(
-        vt::test::MatchesGolden(WholeText(With(c.keys), c.values, c.width, c.height),
+        vt::test::MatchesGolden(WholeText(With(keys), values, width, height),
                                 QStringLiteral("convert/%1/expected.h").arg(folders.last())));
   }
   // Every golden text folder has its case.

@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <functional>
+#include <tuple>
 
 #include "app/log.h"
 #include "convert_test_util.h"
@@ -23,11 +24,7 @@ using test::With;
 using RequestSetup = std::function<void(HeaderRequest&)>;
 
 TEST(HeaderFileName, SitsBesideTheSettingsFile) {
-  const struct {
-    const char* settingsFile;
-    HeaderKind kind;
-    const char* expected;
-  } cases[] = {
+  const std::tuple<const char*, HeaderKind, const char*> cases[] = {
       {"/p/proj.LCD", HeaderKind::Graphics, "/p/proj.txt"},
       {"/p/proj.LCD", HeaderKind::Raw, "/p/proj_Raw.txt"},
       {"/p/proj.LCD", HeaderKind::Struct, "/p/proj_Struct.txt"},
@@ -36,8 +33,8 @@ TEST(HeaderFileName, SitsBesideTheSettingsFile) {
       {"C:\\Docs\\my.proj\\default.LCD", HeaderKind::Raw, "C:\\Docs\\my.proj\\default_Raw.txt"},
       {"/p/v1.2/settings", HeaderKind::Graphics, "/p/v1.2/settings.txt"},  // a dot in a folder
   };
-  for (const auto& c : cases) {
-    EXPECT_EQ(HeaderFileName(c.settingsFile, c.kind), QString::fromLatin1(c.expected));
+  for (const auto& [settingsFile, kind, expected] : cases) {
+    EXPECT_EQ(HeaderFileName(settingsFile, kind), QString::fromLatin1(expected));
   }
 }
 
@@ -163,11 +160,7 @@ TEST(BuildHeader, TwoPageGrayTakesTheSecondPlaneDeclarationFromTheNameLine) {
 
 TEST(HeaderSizeText, FollowsWidthModeAndDescriptors) {
   const auto animated = [](HeaderRequest& r) { r.animated = true; };
-  const struct {
-    const char* keys;
-    RequestSetup setup;
-    long long expected;
-  } cases[] = {
+  const std::tuple<const char*, RequestSetup, long long> cases[] = {
       {"", {}, 41},
       {"bits=16", {}, 20},
       {"bits=32", {}, 10},
@@ -181,8 +174,8 @@ TEST(HeaderSizeText, FollowsWidthModeAndDescriptors) {
       {"WORIG=1|WSIZE=1", {}, 45},
       {"WORIG=1|WSIZE=1", [](auto& r) { r.width = 256; }, 49},  // a wide area adds 4 each
   };
-  for (const auto& c : cases) {
-    EXPECT_EQ(HeaderSizeText(With(c.keys), Request("", c.setup)), c.expected) << c.keys;
+  for (const auto& [keys, setup, expected] : cases) {
+    EXPECT_EQ(HeaderSizeText(With(keys), Request("", setup)), expected) << keys;
   }
 }
 

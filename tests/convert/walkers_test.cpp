@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "convert/conversion_cursor.h"
@@ -76,12 +77,8 @@ QImage Sample() {
 // bytes that are not 0. A row of tr is two bytes (columns 0-7, 8-15); a page of td is rows 0-7
 // or 8-15. MSB first puts the first pixel read in bit 7 (0x80), MSB last in bit 0 (0x01).
 TEST(ScanWalker, EveryOrientationGivesTheStreamWorkedOutByHand) {
-  const struct {
-    ScanDirection direction;
-    bool msbFirst;
-    const char* corners;  // the corners that all give this stream
-    const char* bytes;
-  } cases[] = {
+  // Direction, MSB first, the corners that all give this stream, its bytes.
+  const std::tuple<ScanDirection, bool, const char*, const char*> cases[] = {
       // tr: rows from the top with CORN1. Row 0 reads columns 0 1 2 = 0x80+0x40+0x20; (10,4)
       // is the third pixel of row 4's second byte (0x20); (5,13) the sixth of row 13's first
       // (0x04); (15,15) the last of row 15's second (0x01). Other corners: rows from the bottom.
@@ -130,15 +127,15 @@ TEST(ScanWalker, EveryOrientationGivesTheStreamWorkedOutByHand) {
       {ScanDirection::tua, false, "123", "0:01 11:08 20:04 27:80 29:80 31:E0"},
   };
   int combinations = 0;
-  for (const auto& c : cases) {
-    for (const char* corner = c.corners; *corner; ++corner, ++combinations) {
-      const settings::Settings s = WalkSettings(c.direction, 16, 16, c.msbFirst ? "" : "MSBF=0",
+  for (const auto& [direction, msbFirst, corners, bytes] : cases) {
+    for (const char* corner = corners; *corner; ++corner, ++combinations) {
+      const settings::Settings s = WalkSettings(direction, 16, 16, msbFirst ? "" : "MSBF=0",
                                                 PixelMode::Monochrome, *corner - '0');
-      SCOPED_TRACE(std::string(settings::Info(c.direction).key) + (c.msbFirst ? " MSBF" : " LSBF") +
+      SCOPED_TRACE(std::string(settings::Info(direction).key) + (msbFirst ? " MSBF" : " LSBF") +
                    " CORN" + *corner);
       const Walked w = Walk(s, Sample());
       EXPECT_TRUE(w.completed);
-      EXPECT_EQ(Hex(w.sink.values), Hex(Sparse(32, c.bytes)));
+      EXPECT_EQ(Hex(w.sink.values), Hex(Sparse(32, bytes)));
       EXPECT_EQ(w.cursor.ByteCount, 32.0);
       EXPECT_EQ(w.sink.startComments, 32);
     }
@@ -148,20 +145,18 @@ TEST(ScanWalker, EveryOrientationGivesTheStreamWorkedOutByHand) {
 
 TEST(ScanWalker, GroupModeStartsAGroupAtEachRowOrColumnOfTheWalk) {
   const std::vector<int> everyTwo = {0, 2, 4, 6, 8, 10, 12, 14, 16, 18, 20, 22, 24, 26, 28, 30};
-  const struct {
-    ScanDirection direction;
-    std::vector<int> groupsAt;  // values emitted before each GroupStart
-  } cases[] = {
+  // Direction, values emitted before each GroupStart.
+  const std::tuple<ScanDirection, std::vector<int>> cases[] = {
       {ScanDirection::tr, everyTwo},  {ScanDirection::tl, everyTwo},   // 16 rows of 2 bytes
       {ScanDirection::tra, {0, 16}},  {ScanDirection::tla, {0, 16}},   // 2 byte columns of 16
       {ScanDirection::td, {0, 16}},   {ScanDirection::tu, {0, 16}},    // 2 pages of 16 columns
       {ScanDirection::tda, everyTwo}, {ScanDirection::tua, everyTwo},  // 16 columns of 2 pages
   };
-  for (const auto& c : cases) {
-    const char* key = settings::Info(c.direction).key;
-    const Walked groups = Walk(WalkSettings(c.direction, 16, 16, "ColRx=1"), Sample());
-    EXPECT_EQ(groups.sink.groupStarts, c.groupsAt) << key;
-    EXPECT_TRUE(Walk(WalkSettings(c.direction, 16, 16), Sample()).sink.groupStarts.empty()) << key;
+  for (const auto& [direction, groupsAt] : cases) {
+    const char* key = settings::Info(direction).key;
+    const Walked groups = Walk(WalkSettings(direction, 16, 16, "ColRx=1"), Sample());
+    EXPECT_EQ(groups.sink.groupStarts, groupsAt) << key;
+    EXPECT_TRUE(Walk(WalkSettings(direction, 16, 16), Sample()).sink.groupStarts.empty()) << key;
   }
 }
 
@@ -281,24 +276,21 @@ TEST(ScanWalker, UpwardWalkInEightColourModeWalksOnePageFewer) {
 // ---- Stops ----------------------------------------------------------------------------------
 
 TEST(ScanWalker, EscapeOrAnAbortedCursorStopsTheWalkAtOnce) {
-  const struct {
-    ScanDirection direction;
-    int escapeAt;       // the poll that sees Escape
-    const char* bytes;  // the bytes emitted before it
-  } cases[] = {
+  // Direction, the poll that sees Escape, the bytes emitted before it.
+  const std::tuple<ScanDirection, int, const char*> cases[] = {
       {ScanDirection::tr, 3, "E0 00"},     // row 0 with its two bytes, stops before row 1
       {ScanDirection::td, 4, "E0 80 80"},  // columns 0..2 of the first page
       {ScanDirection::tda, 1, ""},         // the very first poll
       {ScanDirection::tla, 17, "00 00 00 00 04 00 00 00 00 00 00 00 00 00 00 80"},
   };
-  for (const auto& c : cases) {
-    const char* key = settings::Info(c.direction).key;
-    test::EscapeOnPoll escape(c.escapeAt);
-    const Walked w = Walk(WalkSettings(c.direction, 16, 16), Sample(), {}, &escape);
+  for (const auto& [direction, escapeAt, bytes] : cases) {
+    const char* key = settings::Info(direction).key;
+    test::EscapeOnPoll escape(escapeAt);
+    const Walked w = Walk(WalkSettings(direction, 16, 16), Sample(), {}, &escape);
     EXPECT_FALSE(w.completed) << key;
-    EXPECT_EQ(Hex(w.sink.values), c.bytes) << key;
-    EXPECT_EQ(escape.polls, c.escapeAt) << key << ": no poll after the stop";
-    EXPECT_EQ(w.sink.startComments, c.escapeAt - 1) << key << ": no byte begun after the stop";
+    EXPECT_EQ(Hex(w.sink.values), bytes) << key;
+    EXPECT_EQ(escape.polls, escapeAt) << key << ": no poll after the stop";
+    EXPECT_EQ(w.sink.startComments, escapeAt - 1) << key << ": no byte begun after the stop";
     EXPECT_FALSE(w.cursor.Aborted) << key;
   }
   test::EscapeOnPoll never(0);
@@ -313,10 +305,7 @@ TEST(ScanWalker, EscapeOrAnAbortedCursorStopsTheWalkAtOnce) {
 TEST(ScanWalker, LowerHalfMovesTheHorizontalWalksToTheRowsBelowTheHalvedHeight) {
   // The driver halves GHI to 8 and passes the upper half as the area; the lower half is rows
   // 8..15 of the 16-row picture.
-  const struct {
-    ScanDirection direction;
-    const char* bytes;
-  } cases[] = {
+  const std::tuple<ScanDirection, const char*> cases[] = {
       // Rows 8..12 empty, row 13 has (5,13) as 0x04 in its first byte, row 15 (15,15) as 0x01.
       {ScanDirection::tr, "10:04 15:01"},
       // Byte column 15-8 over rows 8..15: (15,15) is its first pixel, 0x80; then columns 7-0:
@@ -325,11 +314,11 @@ TEST(ScanWalker, LowerHalfMovesTheHorizontalWalksToTheRowsBelowTheHalvedHeight) 
       // Vertical walks ignore the half: page 0 (rows 0-7) as in the full walk.
       {ScanDirection::td, "0:E0 1:80 2:80 10:08"},
   };
-  for (const auto& c : cases) {
+  for (const auto& [direction, bytes] : cases) {
     const Walked w =
-        Walk(WalkSettings(c.direction, 16, 8), Sample(), AreaBounds{0, 0, 16, 8}, nullptr, true);
-    EXPECT_EQ(Hex(w.sink.values), Hex(Sparse(16, c.bytes))) << settings::Info(c.direction).key;
-    if (c.direction == ScanDirection::tr) {
+        Walk(WalkSettings(direction, 16, 8), Sample(), AreaBounds{0, 0, 16, 8}, nullptr, true);
+    EXPECT_EQ(Hex(w.sink.values), Hex(Sparse(16, bytes))) << settings::Info(direction).key;
+    if (direction == ScanDirection::tr) {
       EXPECT_EQ(w.cursor.AreaTop, 8);
       EXPECT_EQ(w.cursor.AreaBottom, 16);
     }

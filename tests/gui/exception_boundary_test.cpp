@@ -7,6 +7,7 @@
 #include <QVBoxLayout>
 #include <functional>
 #include <stdexcept>
+#include <tuple>
 
 #include "gui_test_app.h"
 #include "support/scripted_dialogs.h"
@@ -32,11 +33,8 @@ TEST_F(ExceptionBoundaryTest, ACommandThatFinishesLeavesNoTrace) {
 }
 
 TEST_F(ExceptionBoundaryTest, AnythingThrownIsCaughtAndReportedOrHidden) {
-  const struct {
-    std::function<void()> command;
-    app::ExceptionOutcome outcome;
-    const char* errorTextStart;  // the class name of what was thrown
-  } cases[] = {
+  // The last error text starts with the class name of what was thrown.
+  const std::tuple<std::function<void()>, app::ExceptionOutcome, const char*> cases[] = {
       {[] { throw std::domain_error("Division by zero"); }, app::ExceptionOutcome::Hidden, ""},
       {[] {
          throw Failure(Error{Error::Kind::Io, "x.bin", 0, 0, "disk full"});
@@ -45,12 +43,12 @@ TEST_F(ExceptionBoundaryTest, AnythingThrownIsCaughtAndReportedOrHidden) {
       {[] { throw 42; }, app::ExceptionOutcome::Reported, ""},
   };
   int number = 0;
-  for (const auto& c : cases) {
-    EXPECT_EQ(RunAtTop(state, dialogs, c.command), c.outcome) << number;
-    EXPECT_TRUE(state.log.LastErrorText.startsWith(QString::fromLatin1(c.errorTextStart)))
+  for (const auto& [command, outcome, errorTextStart] : cases) {
+    EXPECT_EQ(RunAtTop(state, dialogs, command), outcome) << number;
+    EXPECT_TRUE(state.log.LastErrorText.startsWith(QString::fromLatin1(errorTextStart)))
         << state.log.LastErrorText.toStdString();
     EXPECT_EQ(state.log.ExceptionNumber, ++number);
-    if (c.outcome == app::ExceptionOutcome::Hidden) {
+    if (outcome == app::ExceptionOutcome::Hidden) {
       EXPECT_TRUE(dialogs.shown.isEmpty()) << "a hidden exception shows nothing";
     }
   }

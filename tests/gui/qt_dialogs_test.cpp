@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <QKeyEvent>
+#include <tuple>
 
 #include "gui_test_app.h"
 
@@ -91,27 +92,22 @@ TEST_F(QtDialogsTest, ShowsTheCaptionsOfTheSetAndAnswersTheCodeOfTheOneClicked) 
 }
 
 TEST_F(QtDialogsTest, ShowsCarriageReturnsAsLineBreaksWithCaptionAndIconOfTheType) {
-  const struct {
-    DialogType type;
-    const char* caption;
-    QMessageBox::Icon icon;
-    const char* title;
-  } cases[] = {
+  const std::tuple<DialogType, const char*, QMessageBox::Icon, const char*> cases[] = {
       {DialogType::Error, "Quit ?", QMessageBox::Critical, "Quit ?"},
       {DialogType::Warning, "", QMessageBox::Warning, "Warning"},
       {DialogType::Information, "Info", QMessageBox::Information, "Info"},
       {DialogType::Confirmation, "", QMessageBox::Question, "Confirm"},
   };
-  for (const auto& c : cases) {
+  for (const auto& [type, caption, icon, title] : cases) {
     DialogRequest request = Request(Buttons::Ok);
     request.text = " Quit Vantorelle ? \r Artwork has not been saved ! \r\nEnd";
-    request.caption = QString::fromLatin1(c.caption);
-    request.type = c.type;
+    request.caption = QString::fromLatin1(caption);
+    request.type = type;
     SeenBox seen;
     Show(request, Click("&Ok"), seen);
-    EXPECT_EQ(seen.title, QString::fromLatin1(c.title));
+    EXPECT_EQ(seen.title, QString::fromLatin1(title));
     EXPECT_EQ(seen.text, " Quit Vantorelle ? \n Artwork has not been saved ! \nEnd");
-    EXPECT_EQ(seen.icon, c.icon) << c.title;
+    EXPECT_EQ(seen.icon, icon) << title;
   }
 }
 
