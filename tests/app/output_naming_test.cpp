@@ -31,17 +31,15 @@ TEST(OutputNaming, NamesFollowTheLanguageKeysInOrderAndTheTarget) {
     const char* source;
     const char* upper;
     const char* output;
-  } cases[] = {
-      {"NewBitmap.bmp", kC, kBin, "NewBitmap.c", ".C", "NewBitmap.bin"},
-      {"Logo.png", kH, kText, "Logo.h", ".H", "Logo.h"},
-      {"Logo", kH, kText, "Logo.h", ".H", "Logo.h"},  // no "." keeps it all
-      {"my.logo.gif", kAsm, kText, "my.logo.asm", ".ASM", "my.logo.asm"},
-      {"Logo.png", kAsmAndC, kText, "Logo.asm", ".ASM", "Logo.asm"},
-      {"Logo.png", kLib, kText, "Logo.lib", ".LIB", "Logo.lib"},
-      {"Logo.png", kBas, kIHex, "Logo.bas", ".BAS", "Logo.hex"},
-      // At most 50 characters go from the last ".": the dot and 49 of the 60 x.
-      {longExtension, kH, kText, "axxxxxxxxxxx.h", ".H", "axxxxxxxxxxx.h"},
-  };
+  } cases[] = {{"NewBitmap.bmp", kC, kBin, "NewBitmap.c", ".C", "NewBitmap.bin"},
+               {"Logo.png", kH, kText, "Logo.h", ".H", "Logo.h"},
+               {"Logo", kH, kText, "Logo.h", ".H", "Logo.h"},  // no "." keeps it all
+               {"my.logo.gif", kAsm, kText, "my.logo.asm", ".ASM", "my.logo.asm"},
+               {"Logo.png", kAsmAndC, kText, "Logo.asm", ".ASM", "Logo.asm"},
+               {"Logo.png", kLib, kText, "Logo.lib", ".LIB", "Logo.lib"},
+               {"Logo.png", kBas, kIHex, "Logo.bas", ".BAS", "Logo.hex"},
+               // At most 50 characters go from the last ".": the dot and 49 of the 60 x.
+               {longExtension, kH, kText, "axxxxxxxxxxx.h", ".H", "axxxxxxxxxxx.h"}};
   for (const Case& c : cases) {
     const OutputNames names = OutputNamesOf(With(c.artwork.toUtf8().constData(), c.lang, c.target));
     EXPECT_EQ(names.SourceFileName, QString::fromUtf8(c.source)) << c.artwork.toStdString();
@@ -57,17 +55,15 @@ TEST(OutputNaming, ThePanelNameKeepsOnlyExactPictureExtensions) {
     Target target;
     bool binaryTab;
     const char* expected;
-  } cases[] = {
-      {"/out/Old.BMP", kH, kText, false, "/out/Old.BMP"},
-      {"/out/Old.PNG", kC, kText, false, "/out/Old.PNG"},
-      {"/out/Old.JPG", kC, kText, false, "/out/Old.JPG"},
-      {"/out/Old.bmp", kH, kText, false, "/out/Logo.h"},  // the test is exact
-      {"/out/Old.h", kBas, kText, false, "/out/Logo.bas"},
-      {"/out/Old.h", kH, kIHex, false, "/out/Logo.hex"},
-      {"/out/Old.h", kH, kBin, true, "/out/Logo.bin"},
-      {"C:\\out\\Old.c", kAsm, kText, false, "C:\\out\\Logo.asm"},
-      {"Old", kLib, kText, false, "Logo.lib"},
-  };
+  } cases[] = {{"/out/Old.BMP", kH, kText, false, "/out/Old.BMP"},
+               {"/out/Old.PNG", kC, kText, false, "/out/Old.PNG"},
+               {"/out/Old.JPG", kC, kText, false, "/out/Old.JPG"},
+               {"/out/Old.bmp", kH, kText, false, "/out/Logo.h"},  // the test is exact
+               {"/out/Old.h", kBas, kText, false, "/out/Logo.bas"},
+               {"/out/Old.h", kH, kIHex, false, "/out/Logo.hex"},
+               {"/out/Old.h", kH, kBin, true, "/out/Logo.bin"},
+               {"C:\\out\\Old.c", kAsm, kText, false, "C:\\out\\Logo.asm"},
+               {"Old", kLib, kText, false, "Logo.lib"}};
   for (const Case& c : cases) {
     EXPECT_EQ(defineOutputFileNameEXT(QString::fromUtf8(c.panel),
                                       With("Logo.png", c.lang, c.target), c.binaryTab),

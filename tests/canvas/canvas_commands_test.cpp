@@ -42,8 +42,7 @@ TEST(DoPaste, AColourLayerInMonochromeAsksFirstAndConvertsByTheAnswer) {
   const std::tuple<int, bool, const char*, const char*> cases[] = {
       {Answer::Retry, true, "#...", "Selection pasted "},  // "Dithering"
       {Answer::Ok, true, ".#..", "Selection pasted "},     // threshold at the middle
-      {Answer::Cancel, false, "....", "Canceled !"},
-  };
+      {Answer::Cancel, false, "....", "Canceled !"}};
   for (const auto& [answer, pasted, bitmap, status] : cases) {
     SCOPED_TRACE(answer);
     Fixture f;

@@ -37,8 +37,7 @@ TEST(AutoFrameBounds, WholeBytesAlongTheScanAndTheFullSideWithoutBcd) {
       {"rounded up no further than the edge",
        Marked(12, 1, kWhite, {{10, 0}}),
        {true, 8, true},
-       {8, 0, 12, 1}},
-  };
+       {8, 0, 12, 1}}};
   for (const auto& [name, picture, rule, expected] : cases) {
     EXPECT_EQ(AutoFrameBounds(picture, rule), expected) << name;
   }

@@ -22,8 +22,7 @@ void Load(WorkCanvas& canvas, const char* rows) {
 TEST(SelectionRect, CornersInAnyOrderAreSortedAndClippedToTheCanvas) {
   const std::tuple<int, int, int, int, SelectionRect> cases[] = {
       {1, 2, 5, 6, {1, 2, 5, 6}},   {5, 6, 1, 2, {1, 2, 5, 6}},    {5, 2, 1, 6, {1, 2, 5, 6}},
-      {-3, -1, 4, 3, {0, 0, 4, 3}}, {2, 1, 40, 30, {2, 1, 10, 8}}, {3, 3, 3, 3, {3, 3, 3, 3}},
-  };
+      {-3, -1, 4, 3, {0, 0, 4, 3}}, {2, 1, 40, 30, {2, 1, 10, 8}}, {3, 3, 3, 3, {3, 3, 3, 3}}};
   for (const auto& [xa, ya, xb, yb, expected] : cases) {
     EXPECT_EQ(SelectionRect::Normalized(xa, ya, xb, yb, 10, 8), expected)
         << xa << "," << ya << " " << xb << "," << yb;
@@ -40,8 +39,7 @@ TEST(UndoStack, StepsThroughTheStatesInOrderAndAnEditForgetsRedo) {
       {Undo, "r", 0, 2, false, true}, {Undo, "r", 0, 2, false, true},
       {Redo, "g", 1, 2, true, true},  {Push, "#", 2, 2, true, false},
       {Redo, "#", 2, 2, true, false}, {Original, "r", 0, 2, false, true},
-      {Redo, "g", 1, 2, true, true},
-  };
+      {Redo, "g", 1, 2, true, true}};
   WorkCanvas canvas;
   canvas.Resize(1, 1);
   int index = 0;
@@ -105,8 +103,7 @@ TEST(Composition, LaysTheStoresInTheirOrder) {
       {"lowest layer ANDs", true, false, true, L::All, "", false, "#.#g"},
       {"left out on request", true, false, false, L::WithoutTransferLayer, "", false, "r.#g"},
       {"floating copy on top", true, false, false, L::All, "#.", false, "g#.."},
-      {"floating AND on top", false, false, false, L::All, "bb", true, "rb#g"},
-  };
+      {"floating AND on top", false, false, false, L::All, "bb", true, "rb#g"}};
   for (const auto& [name, visible, transparent, lowest, layers, floating, floatingAnd, display] :
        cases) {
     SCOPED_TRACE(name);

@@ -15,8 +15,7 @@ TEST(Bits, ReverseByteMirrorsTheEightBits) {
       {0xF0, 0x0F},  {0x12, 0x48},  // 0001 0010 -> 0100 1000
       {0xA5, 0xA5},                 // 1010 0101 reads the same both ways
       {0x1C3, 0xC3},                // bits above 7 are ignored: 1100 0011 mirrored is itself
-      {0x06, 0x60},
-  };
+      {0x06, 0x60}};
   for (const auto& [in, out] : cases) {
     EXPECT_EQ(ReverseByte(in), out) << "input " << in;
     EXPECT_EQ(ReverseByte(out), in & 0xFF) << "input " << in;

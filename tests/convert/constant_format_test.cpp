@@ -46,8 +46,7 @@ TEST(FormatConstant, SpellsTheValueAlone) {
       // "+D+": plain decimal, no padding in this form.
       {"FXHB=+D+|VALpref=#|VALSUF=;", 5, "#5;"},
       {"FXHB=+D+|Neg=1", 5, "250"},
-      {"FXHB=+D+|bits=16", 65535, "65535"},
-  };
+      {"FXHB=+D+|bits=16", 65535, "65535"}};
   for (const auto& [keys, value, expected] : cases) {
     const settings::Settings s = With(keys);
     EXPECT_EQ(FormatConstant(s, value), QString::fromLatin1(expected)) << keys;
@@ -65,8 +64,7 @@ TEST(ConstantFormat, SelectionSetsTheKeyAndLogsTheSetterText) {
       {ConstantFormat::B, "B", "Constant format is data+b"},
       {ConstantFormat::PlusBPlus, "+B+", "Constant format is +bin+"},
       {ConstantFormat::PlusHPlus, "+H+", "Constant format is +hex+"},
-      {ConstantFormat::PlusDPlus, "+D+", "Constant format is +dec+"},
-  };
+      {ConstantFormat::PlusDPlus, "+D+", "Constant format is +dec+"}};
   for (const auto& [selected, key, logText] : cases) {
     settings::DataFormatSettings format;
     app::Log log;
@@ -93,15 +91,13 @@ TEST(CommentStyleOf, TakesTheFirstStyleKeySet) {
     const char* keys;
     const char* opener;
     const char* closer;
-  } cases[] = {
-      {"", "/* ", " */"},
-      {"PSCOM=1|VBACOM=1|BSCOM=1|STCOM=1", "/* ", " */"},  // C wins over the others
-      {"CCOM=0|PSCOM=1|VBACOM=1", "//", ""},
-      {"CCOM=0|VBACOM=1|BSCOM=1", "'", ""},
-      {"CCOM=0|BSCOM=1|STCOM=1", "!", ""},
-      {"CCOM=0|STCOM=1|cstrt=REM ", "REM ", ""},
-      {"CCOM=0", ";", ""},
-  };
+  } cases[] = {{"", "/* ", " */"},
+               {"PSCOM=1|VBACOM=1|BSCOM=1|STCOM=1", "/* ", " */"},  // C wins over the others
+               {"CCOM=0|PSCOM=1|VBACOM=1", "//", ""},
+               {"CCOM=0|VBACOM=1|BSCOM=1", "'", ""},
+               {"CCOM=0|BSCOM=1|STCOM=1", "!", ""},
+               {"CCOM=0|STCOM=1|cstrt=REM ", "REM ", ""},
+               {"CCOM=0", ";", ""}};
   for (const auto& c : cases) {
     const CommentStyle style = CommentStyleOf(With(c.keys).comment);
     EXPECT_EQ(style.opener, QString::fromLatin1(c.opener)) << c.keys;

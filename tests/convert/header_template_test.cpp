@@ -110,8 +110,7 @@ TEST(BuildHeader, ExpandsTheTokens) {
       {"", "a\n//** one\n  //** two\nb//**\nc", "a\nc"},  // template comment lines go
       {"", "a\r\nb\rc", "a\nb\nc"},
       {"", "[&FONT BITMAPS]\n[&FNAME][&FNUMBEROFCHARS]",
-       "[&FONT BITMAPS]\n[&FNAME][&FNUMBEROFCHARS]"},
-  };
+       "[&FONT BITMAPS]\n[&FNAME][&FNUMBEROFCHARS]"}};
   for (const auto& c : cases) {
     EXPECT_EQ(BuildHeader(With(c.keys), Request(c.templateText, c.setup)).text,
               QString::fromLatin1(c.expected))

@@ -124,8 +124,7 @@ TEST(ScanWalker, EveryOrientationGivesTheStreamWorkedOutByHand) {
       {ScanDirection::tua, true, "4", "1:07 3:01 5:01 10:20 21:10 30:80"},
       {ScanDirection::tua, false, "4", "1:E0 3:80 5:80 10:04 21:08 30:01"},
       {ScanDirection::tua, true, "123", "0:80 11:10 20:20 27:01 29:01 31:07"},
-      {ScanDirection::tua, false, "123", "0:01 11:08 20:04 27:80 29:80 31:E0"},
-  };
+      {ScanDirection::tua, false, "123", "0:01 11:08 20:04 27:80 29:80 31:E0"}};
   int combinations = 0;
   for (const auto& [direction, msbFirst, corners, bytes] : cases) {
     for (const char* corner = corners; *corner; ++corner, ++combinations) {
@@ -228,28 +227,26 @@ TEST(ScanWalker, PageAndByteCountsFollowTheModeOfTheWalk) {
     int pagesPerColumn;  // bytes down a column (vertical walks)
     int bytesPerRow;     // bytes along a row, or columns of a vertical walk
     const char* keys = "";
-  } cases[] = {
-      {"height div 8, not 24 / 2.67", td, Colors8, 4, 24, 3, 4},
-      {"ceiling of 20 / 8", td, Gray16Slices, 4, 20, 3, 4},
-      {"a page per row", td, Gray32Packed, 4, 10, 10, 4},
-      {"p is 8", td, Gray4TwoPages, 4, 16, 2, 4},
-      {"p is 4", td, Gray4, 4, 16, 4, 4},
-      {"every row, half the columns", tda, Gray16Horizontal, 8, 10, 10, 4},
-      {"height div 2", tda, Gray16Vertical, 8, 10, 5, 8},
-      {"height div 4", tda, Gray4, 8, 12, 3, 8},
-      {"height div 8", tua, Colors8, 8, 20, 2, 8},
-      {"width div 8", tr, Colors8, 24, 2, 2, 3},
-      {"width div 2", tr, Gray16Horizontal, 10, 2, 2, 5},
-      {"a byte per pixel", tr, Colors65536, 10, 2, 2, 10},
-      {"a byte column per pixel", tra, Gray32Packed, 12, 2, 2, 12},
-      {"half as many", tla, Gray32Packed, 12, 2, 2, 6},
-      {"unpacked: all", tla, Gray32RUnpacked, 12, 2, 2, 12},
-      {"width div 4", tra, Gray4, 12, 2, 2, 3},
-      // 6-bit mode in tda: the width's remainder adds a page, the height's does not.
-      {"6 bit", tda, Monochrome, 12, 12, 2, 12, "bw8=0"},
-      {"6 bit", tda, Monochrome, 13, 12, 3, 13, "bw8=0"},
-      {"6 bit", tda, Monochrome, 12, 13, 2, 12, "bw8=0"},
-  };
+  } cases[] = {{"height div 8, not 24 / 2.67", td, Colors8, 4, 24, 3, 4},
+               {"ceiling of 20 / 8", td, Gray16Slices, 4, 20, 3, 4},
+               {"a page per row", td, Gray32Packed, 4, 10, 10, 4},
+               {"p is 8", td, Gray4TwoPages, 4, 16, 2, 4},
+               {"p is 4", td, Gray4, 4, 16, 4, 4},
+               {"every row, half the columns", tda, Gray16Horizontal, 8, 10, 10, 4},
+               {"height div 2", tda, Gray16Vertical, 8, 10, 5, 8},
+               {"height div 4", tda, Gray4, 8, 12, 3, 8},
+               {"height div 8", tua, Colors8, 8, 20, 2, 8},
+               {"width div 8", tr, Colors8, 24, 2, 2, 3},
+               {"width div 2", tr, Gray16Horizontal, 10, 2, 2, 5},
+               {"a byte per pixel", tr, Colors65536, 10, 2, 2, 10},
+               {"a byte column per pixel", tra, Gray32Packed, 12, 2, 2, 12},
+               {"half as many", tla, Gray32Packed, 12, 2, 2, 6},
+               {"unpacked: all", tla, Gray32RUnpacked, 12, 2, 2, 12},
+               {"width div 4", tra, Gray4, 12, 2, 2, 3},
+               // 6-bit mode in tda: the width's remainder adds a page, the height's does not.
+               {"6 bit", tda, Monochrome, 12, 12, 2, 12, "bw8=0"},
+               {"6 bit", tda, Monochrome, 13, 12, 3, 13, "bw8=0"},
+               {"6 bit", tda, Monochrome, 12, 13, 2, 12, "bw8=0"}};
   for (const auto& c : cases) {
     const Walked w = Walk(WalkSettings(c.direction, c.width, c.height, c.keys, c.mode),
                           Picture({"."}), AreaBounds{0, 0, c.width, c.height});
@@ -281,8 +278,7 @@ TEST(ScanWalker, EscapeOrAnAbortedCursorStopsTheWalkAtOnce) {
       {ScanDirection::tr, 3, "E0 00"},     // row 0 with its two bytes, stops before row 1
       {ScanDirection::td, 4, "E0 80 80"},  // columns 0..2 of the first page
       {ScanDirection::tda, 1, ""},         // the very first poll
-      {ScanDirection::tla, 17, "00 00 00 00 04 00 00 00 00 00 00 00 00 00 00 80"},
-  };
+      {ScanDirection::tla, 17, "00 00 00 00 04 00 00 00 00 00 00 00 00 00 00 80"}};
   for (const auto& [direction, escapeAt, bytes] : cases) {
     const char* key = settings::Info(direction).key;
     test::EscapeOnPoll escape(escapeAt);
@@ -312,8 +308,7 @@ TEST(ScanWalker, LowerHalfMovesTheHorizontalWalksToTheRowsBelowTheHalvedHeight) 
       // (5,13) is its third, 0x20.
       {ScanDirection::tla, "7:80 13:20"},
       // Vertical walks ignore the half: page 0 (rows 0-7) as in the full walk.
-      {ScanDirection::td, "0:E0 1:80 2:80 10:08"},
-  };
+      {ScanDirection::td, "0:E0 1:80 2:80 10:08"}};
   for (const auto& [direction, bytes] : cases) {
     const Walked w =
         Walk(WalkSettings(direction, 16, 8), Sample(), AreaBounds{0, 0, 16, 8}, nullptr, true);

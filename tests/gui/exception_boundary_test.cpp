@@ -40,8 +40,7 @@ TEST_F(ExceptionBoundaryTest, AnythingThrownIsCaughtAndReportedOrHidden) {
          throw Failure(Error{Error::Kind::Io, "x.bin", 0, 0, "disk full"});
        },
        app::ExceptionOutcome::Reported, "vt::Failure("},
-      {[] { throw 42; }, app::ExceptionOutcome::Reported, ""},
-  };
+      {[] { throw 42; }, app::ExceptionOutcome::Reported, ""}};
   int number = 0;
   for (const auto& [command, outcome, errorTextStart] : cases) {
     EXPECT_EQ(RunAtTop(state, dialogs, command), outcome) << number;

@@ -75,8 +75,7 @@ TEST_F(QtDialogsTest, ShowsTheCaptionsOfTheSetAndAnswersTheCodeOfTheOneClicked) 
        false,
        {A::Abort, A::Retry, A::Ignore}},
       {B::Ok | B::Cancel | B::Retry, "Save+Quit|Cancel|Quit", true, {A::Ok, A::Cancel, A::Retry}},
-      {B::Ok | B::Cancel | B::Retry, "Quit Script|Cancel", true, {A::Ok, A::Cancel}},
-  };
+      {B::Ok | B::Cancel | B::Retry, "Quit Script|Cancel", true, {A::Ok, A::Cancel}}};
   for (const auto& set : sets) {
     const QStringList captions = QString::fromLatin1(set.captions).split(QLatin1Char('|'));
     for (qsizetype i = 0; i < captions.size(); ++i) {
@@ -96,8 +95,7 @@ TEST_F(QtDialogsTest, ShowsCarriageReturnsAsLineBreaksWithCaptionAndIconOfTheTyp
       {DialogType::Error, "Quit ?", QMessageBox::Critical, "Quit ?"},
       {DialogType::Warning, "", QMessageBox::Warning, "Warning"},
       {DialogType::Information, "Info", QMessageBox::Information, "Info"},
-      {DialogType::Confirmation, "", QMessageBox::Question, "Confirm"},
-  };
+      {DialogType::Confirmation, "", QMessageBox::Question, "Confirm"}};
   for (const auto& [type, caption, icon, title] : cases) {
     DialogRequest request = Request(Buttons::Ok);
     request.text = " Quit Vantorelle ? \r Artwork has not been saved ! \r\nEnd";
