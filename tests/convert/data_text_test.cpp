@@ -269,8 +269,6 @@ TEST(DataTextWriter, BinaryTargetsTakeTwoHexDigitsAndNoText) {
   }
 }
 
-// ---- Preamble and end of the array ---------------------------------------------------------
-
 TEST(DataTextWriter, PreambleWritesTheCommentLinesOrTheBeginText) {
   const PreambleInfo plain{"V9 ", "Sat 14.03.2026"};
   PreambleInfo animated = plain;
@@ -355,8 +353,6 @@ TEST(DataTextWriter, EndWritesTheDescriptorsAndClosingComments) {
     EXPECT_EQ(text.Text().section(QLatin1Char('\n'), 1), QString::fromLatin1(expected)) << keys;
   }
 }
-
-// ---- Whole texts -----------------------------------------------------------------------------
 
 // 40 bytes: a run, values with letter digits (above 159 and just below), and single bits.
 const char* const kForty =

@@ -159,8 +159,6 @@ TEST(ScanWalker, GroupModeStartsAGroupAtEachRowOrColumnOfTheWalk) {
   }
 }
 
-// ---- Byte widths and sizes off the byte grid ------------------------------------------------
-
 TEST(ScanWalker, SixBitModeWidth128GivesTwentyTwoBytesPerRowTheLastWithTwoPixels) {
   std::string blackRow(128, '#');
   std::string sparseRow(128, '.');
@@ -213,8 +211,6 @@ TEST(ScanWalker, NoSizeCheckWalksOneByteColumnPerPixel) {
   EXPECT_EQ(Hex(w.sink.values), Hex(Sparse(16, "0:E0")));
   EXPECT_EQ(w.cursor.BytesPerRow, 16);
 }
-
-// ---- Counts of the other modes --------------------------------------------------------------
 
 TEST(ScanWalker, PageAndByteCountsFollowTheModeOfTheWalk) {
   using enum ScanDirection;
@@ -270,8 +266,6 @@ TEST(ScanWalker, UpwardWalkInEightColourModeWalksOnePageFewer) {
   }
 }
 
-// ---- Stops ----------------------------------------------------------------------------------
-
 TEST(ScanWalker, EscapeOrAnAbortedCursorStopsTheWalkAtOnce) {
   // Direction, the poll that sees Escape, the bytes emitted before it.
   const std::tuple<ScanDirection, int, const char*> cases[] = {
@@ -295,8 +289,6 @@ TEST(ScanWalker, EscapeOrAnAbortedCursorStopsTheWalkAtOnce) {
   EXPECT_FALSE(aborted.completed);
   EXPECT_EQ(aborted.sink.startComments + never.polls, 0);
 }
-
-// ---- Half export ----------------------------------------------------------------------------
 
 TEST(ScanWalker, LowerHalfMovesTheHorizontalWalksToTheRowsBelowTheHalvedHeight) {
   // The driver halves GHI to 8 and passes the upper half as the area; the lower half is rows
