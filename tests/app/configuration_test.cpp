@@ -32,57 +32,50 @@ class Configuration : public ::testing::Test {
   AppState state;
 };
 
-TEST_F(Configuration, FirstRunCreatesTheInitFileTheFoldersAndTheDefaultProject) {
+TEST_F(Configuration, FirstRunCreatesTheInitFileTheFoldersTheDefaultProjectAndCopiesSamples) {
+  for (const char* sample : {"Convert.SPP", "Panel.TSC", "wallpaper.jpg"}) {
+    Write(t.folders.ProgramData() + "/" + sample, sample);
+  }
   StartUp(state, t.services);
   EXPECT_TRUE(state.files.FirstRun);
   EXPECT_EQ(state.files.SettingsFile, DefaultLcd());
-  EXPECT_EQ(test::ReadAll(InitFile()), (DefaultLcd() + QStringLiteral("\r\n")).toUtf8());
-  const QString root = t.folders.Documents() + QStringLiteral("/Vantorelle Project/");
+  EXPECT_EQ(test::ReadAll(InitFile()), (DefaultLcd() + "\r\n").toUtf8());
+  const QString root = t.folders.Documents() + "/Vantorelle Project/";
   for (const char* sub : {"Output Files", "Fonts", "Touch Panel", "Documents", "Batch Files"}) {
     EXPECT_TRUE(QFileInfo(root + QString::fromLatin1(sub)).isDir()) << sub;
   }
   ASSERT_TRUE(QFileInfo::exists(DefaultLcd()));
-  EXPECT_EQ(KeyInFile(DefaultLcd(), "S", "OFP"), root + QStringLiteral("Output Files"));
+  EXPECT_EQ(KeyInFile(DefaultLcd(), "S", "OFP"), root + "Output Files");
   EXPECT_EQ(KeyInFile(DefaultLcd(), "S", "BFP"), t.folders.Pictures());
-  EXPECT_EQ(state.settings.folder.bfpa, root + QStringLiteral("Batch Files"));
-  EXPECT_EQ(state.canvas.Width(), 128);
-  EXPECT_EQ(state.canvas.Height(), 64);
+  EXPECT_EQ(state.settings.folder.bfpa, root + "Batch Files");
+  EXPECT_EQ(QSize(state.canvas.Width(), state.canvas.Height()), QSize(128, 64));
+  EXPECT_EQ(test::ReadAll(state.settings.folder.bfpa + "/Convert.SPP"), "Convert.SPP");
+  EXPECT_EQ(test::ReadAll(state.settings.folder.tfp1 + "/Panel.TSC"), "Panel.TSC");
+  EXPECT_EQ(test::ReadAll(InitFolderPath(t.folders) + "wallpaper.jpg"), "wallpaper.jpg");
   // The header templates stand beside the new settings file.
-  const QString base = InitFolderPath(t.folders) + QStringLiteral("default");
+  const QString base = InitFolderPath(t.folders) + "default";
   for (const char* suffix : {".txt", "_Raw.txt", "_Struct.txt", "_DMD.txt", "_Bloc.txt"}) {
     EXPECT_TRUE(QFileInfo::exists(base + QString::fromLatin1(suffix))) << suffix;
   }
-  EXPECT_TRUE(test::ReadAll(base + QStringLiteral(".txt")).contains("[&NAME]"));
-}
-
-TEST_F(Configuration, FirstRunCopiesTheSamplesIntoTheirFolders) {
-  Write(t.folders.ProgramData() + QStringLiteral("/Convert.SPP"), "batch");
-  Write(t.folders.ProgramData() + QStringLiteral("/Panel.TSC"), "touch");
-  Write(t.folders.ProgramData() + QStringLiteral("/wallpaper.jpg"), "jpeg");
-  StartUp(state, t.services);
-  EXPECT_EQ(test::ReadAll(state.settings.folder.bfpa + QStringLiteral("/Convert.SPP")), "batch");
-  EXPECT_EQ(test::ReadAll(state.settings.folder.tfp1 + QStringLiteral("/Panel.TSC")), "touch");
-  EXPECT_EQ(test::ReadAll(InitFolderPath(t.folders) + QStringLiteral("wallpaper.jpg")), "jpeg");
+  EXPECT_TRUE(test::ReadAll(base + ".txt").contains("[&NAME]"));
 }
 
 TEST_F(Configuration, LaterRunsOpenTheProjectTheInitFileNames) {
-  const QString project = t.folders.Path(QStringLiteral("Work/panel.LCD"));
+  const QString project = t.folders.Path("Work/panel.LCD");
   Write(project, "[B2]\r\nGWI=240\r\nGHI=160\r\n");
-  Write(InitFile(), (project + QStringLiteral("\r\n")).toUtf8());
+  Write(InitFile(), (project + "\r\n").toUtf8());
   StartUp(state, t.services);
   EXPECT_FALSE(state.files.FirstRun);
   EXPECT_EQ(state.files.SettingsFile, project);
   EXPECT_EQ(state.settings.display.GWI, 240);
-  EXPECT_EQ(state.canvas.Width(), 240);
-  EXPECT_EQ(state.canvas.Height(), 160);
+  EXPECT_EQ(QSize(state.canvas.Width(), state.canvas.Height()), QSize(240, 160));
 }
 
 TEST_F(Configuration, AnUnusableInitLineFallsBackToTheDefaultProject) {
-  const QString driveRoot = t.folders.Path(QStringLiteral("C:\\"));
-  for (const QString& line : {t.folders.Path(QStringLiteral("gone/deleted.LCD")),
-                              QStringLiteral("C:\\"), QString(), QStringLiteral("relative.LCD")}) {
+  for (const QString& line :
+       QStringList{t.folders.Path("gone/deleted.LCD"), "C:\\", QString(), "relative.LCD"}) {
     AppState fresh;
-    Write(InitFile(), (line + QStringLiteral("\r\n")).toUtf8());
+    Write(InitFile(), (line + "\r\n").toUtf8());
     LoadFolders(fresh, t.services);
     EXPECT_EQ(fresh.files.SettingsFile, DefaultLcd()) << line.toStdString();
     EXPECT_TRUE(fresh.files.StartFromDefaults) << line.toStdString();
@@ -94,16 +87,16 @@ TEST_F(Configuration, AnInitFileHeldByAnotherProgramLeavesTheDefaults) {
   t.fileUse.busy.insert(InitFile());
   LoadFolders(state, t.services);
   ASSERT_EQ(t.dialogs.shown.size(), 1);
-  EXPECT_EQ(t.dialogs.shown[0].text, QStringLiteral(" Init file is opened by another application ! "));
-  EXPECT_EQ(t.dialogs.shown[0].caption, QStringLiteral("Error"));
+  EXPECT_EQ(t.dialogs.shown[0].text, " Init file is opened by another application ! ");
+  EXPECT_EQ(t.dialogs.shown[0].caption, "Error");
   EXPECT_EQ(state.files.SettingsFile, DefaultLcd());
   EXPECT_FALSE(SaveFolders(state, t.services));
   EXPECT_EQ(t.dialogs.shown.last().text,
-            QStringLiteral(" Init file is opened by another application or was deleted ! "));
+            " Init file is opened by another application or was deleted ! ");
 }
 
 TEST_F(Configuration, AHeldSettingsFileIsRefusedAndTheRecordsStay) {
-  const QString project = t.folders.Path(QStringLiteral("p.LCD"));
+  const QString project = t.folders.Path("p.LCD");
   Write(project, "[B2]\r\nGWI=96\r\n");
   state.files.SettingsFile = project;
   state.settings.display.GWI = 200;
@@ -112,14 +105,14 @@ TEST_F(Configuration, AHeldSettingsFileIsRefusedAndTheRecordsStay) {
   EXPECT_EQ(state.settings.display.GWI, 200);
   EXPECT_FALSE(SaveConfigurationX(state, t.services));
   EXPECT_EQ(t.dialogs.Texts(),
-            QStringList(2, QStringLiteral(" Settings file is opened by another application ! ")));
+            QStringList(2, " Settings file is opened by another application ! "));
   EXPECT_EQ(test::ReadAll(project), "[B2]\r\nGWI=96\r\n");
 }
 
 TEST_F(Configuration, AnEmptyOrMissingFileLoadsTheFactorySettings) {
-  const QString empty = t.folders.Path(QStringLiteral("empty.LCD"));
+  const QString empty = t.folders.Path("empty.LCD");
   Write(empty, "");
-  for (const QString& path : {empty, t.folders.Path(QStringLiteral("missing.LCD"))}) {
+  for (const QString& path : {empty, t.folders.Path("missing.LCD")}) {
     AppState fresh;
     fresh.settings.display.GWI = 7;
     fresh.files.SettingsFile = path;
@@ -128,12 +121,11 @@ TEST_F(Configuration, AnEmptyOrMissingFileLoadsTheFactorySettings) {
     EXPECT_TRUE(fresh.settings.scan.tr);
   }
   // The missing one was written with every key.
-  EXPECT_EQ(KeyInFile(t.folders.Path(QStringLiteral("missing.LCD")), "S18", "mru19"),
-            QStringLiteral("_"));
+  EXPECT_EQ(KeyInFile(t.folders.Path("missing.LCD"), "S18", "mru19"), "_");
 }
 
 TEST_F(Configuration, AReadOnlySettingsFileIsMadeWritableAndSaved) {
-  const QString path = t.folders.Path(QStringLiteral("ro.LCD"));
+  const QString path = t.folders.Path("ro.LCD");
   Write(path, "[B2]\r\nGWI=96\r\n");
   QFile::setPermissions(path, QFileDevice::ReadOwner | QFileDevice::ReadUser);
   state.files.SettingsFile = path;
@@ -141,17 +133,17 @@ TEST_F(Configuration, AReadOnlySettingsFileIsMadeWritableAndSaved) {
   EXPECT_TRUE(QFileInfo(path).isWritable());
   state.settings.display.GWI = 112;
   ASSERT_TRUE(SaveConfigurationX(state, t.services));
-  EXPECT_EQ(KeyInFile(path, "B2", "GWI"), QStringLiteral("112"));
+  EXPECT_EQ(KeyInFile(path, "B2", "GWI"), "112");
 }
 
 TEST_F(Configuration, ACorruptSettingsFileIsReportedWithItsPlaceAndLeftAlone) {
-  const QString path = t.folders.Path(QStringLiteral("bad.LCD"));
+  const QString path = t.folders.Path("bad.LCD");
   const QByteArray corrupt("[B2]\r\nGWI=9\0\0\r\n", 14);
   Write(path, corrupt);
   state.files.SettingsFile = path;
   ASSERT_TRUE(LoadConfigurationX(state, t.services));
   ASSERT_EQ(t.dialogs.shown.size(), 1);
-  EXPECT_TRUE(t.dialogs.shown[0].text.startsWith(path + QStringLiteral(":2:")))
+  EXPECT_TRUE(t.dialogs.shown[0].text.startsWith(path + ":2:"))
       << t.dialogs.shown[0].text.toStdString();
   EXPECT_EQ(state.settings.display.GWI, 128);
   EXPECT_EQ(state.log.ExceptionNumber, 1);
@@ -159,22 +151,22 @@ TEST_F(Configuration, ACorruptSettingsFileIsReportedWithItsPlaceAndLeftAlone) {
 }
 
 TEST_F(Configuration, SavingKeepsForeignKeysAndFailsWithoutTouchingTheFile) {
-  const QString path = t.folders.Path(QStringLiteral("keep.LCD"));
+  const QString path = t.folders.Path("keep.LCD");
   Write(path, "[Mine]\r\nnote=hello\r\n[B2]\r\nGWI=96\r\n");
   state.files.SettingsFile = path;
   ASSERT_TRUE(LoadConfigurationX(state, t.services));
   ASSERT_TRUE(SaveConfigurationX(state, t.services));
-  EXPECT_EQ(KeyInFile(path, "Mine", "note"), QStringLiteral("hello"));
+  EXPECT_EQ(KeyInFile(path, "Mine", "note"), "hello");
   EXPECT_TRUE(test::ReadAll(path).startsWith("[Mine]\r\nnote=hello\r\n[B2]\r\nGWI=96\r\n"));
 
   // A settings file that cannot be written (its folder is a plain file): the failure is
   // logged as handled and the records stay in memory.
-  const QString blocker = t.folders.Path(QStringLiteral("blocker"));
+  const QString blocker = t.folders.Path("blocker");
   Write(blocker, "not a folder");
-  state.files.SettingsFile = blocker + QStringLiteral("/p.LCD");
+  state.files.SettingsFile = blocker + "/p.LCD";
   state.settings.display.GWI = 77;
   EXPECT_FALSE(SaveConfigurationX(state, t.services));
-  EXPECT_EQ(state.log.LastErrorText, QStringLiteral("Error while saving configuration 3 !"));
+  EXPECT_EQ(state.log.LastErrorText, "Error while saving configuration 3 !");
   EXPECT_EQ(state.log.ExceptionNumber, 1);
   EXPECT_EQ(state.settings.display.GWI, 77);
   EXPECT_EQ(test::ReadAll(blocker), "not a folder");
@@ -183,9 +175,9 @@ TEST_F(Configuration, SavingKeepsForeignKeysAndFailsWithoutTouchingTheFile) {
 TEST_F(Configuration, ShutDownSavesSettingsInitFileAndLog) {
   StartUp(state, t.services);
   state.settings.display.GWI = 96;
-  state.log.StatusBarAndLog(QStringLiteral("Canvas redraw"));
+  state.log.StatusBarAndLog("Canvas redraw");
   ShutDown(state, t.services);
-  EXPECT_EQ(KeyInFile(DefaultLcd(), "B2", "GWI"), QStringLiteral("96"));
+  EXPECT_EQ(KeyInFile(DefaultLcd(), "B2", "GWI"), "96");
   const QByteArray log = test::ReadAll(InitFolderPath(t.folders) + kLogFileName);
   EXPECT_TRUE(log.contains("Canvas redraw")) << log.toStdString();
   AppState next;
@@ -203,11 +195,11 @@ TEST_F(Configuration, RestoringFactorySettingsBacksUpAndForgetsTheInitFile) {
   t.dialogs.Answer(platform::Answer::Yes);
   EXPECT_TRUE(RestoreDefaultSettings1Click(state, t.services));
   EXPECT_EQ(t.dialogs.shown[1].text,
-            QStringLiteral(" Are you sure to want to quit and restore the factory settings ? "));
+            " Are you sure to want to quit and restore the factory settings ? ");
   EXPECT_FALSE(QFileInfo::exists(InitFile()));
   // The clock of the test services says 14 March 2026, 15:09:26.
   const QString backup = t.folders.Documents() + QStringLiteral("/Vantorelle inits") +
-                         QStringLiteral(VT_VERSION_SUFFIX) + QStringLiteral(" 14-03-26 15-09-26");
+                         QStringLiteral(VT_VERSION_SUFFIX) + " 14-03-26 15-09-26";
   EXPECT_TRUE(QFileInfo::exists(backup + QLatin1Char('/') + kDefaultSettingsName));
   AppState next;
   StartUp(next, t.services);
@@ -215,10 +207,10 @@ TEST_F(Configuration, RestoringFactorySettingsBacksUpAndForgetsTheInitFile) {
 }
 
 TEST_F(Configuration, ATransferFolderFromAnEarlierVersionIsTakenOver) {
-  const QString xfer = t.folders.Documents() + QStringLiteral("/Vantorelle inits xfer");
-  const QString project = t.folders.Path(QStringLiteral("old.LCD"));
+  const QString xfer = t.folders.Documents() + "/Vantorelle inits xfer";
+  const QString project = t.folders.Path("old.LCD");
   Write(project, "[B2]\r\nGHI=32\r\n");
-  Write(xfer + QLatin1Char('/') + kInitFileName, (project + QStringLiteral("\r\n")).toUtf8());
+  Write(xfer + QLatin1Char('/') + kInitFileName, (project + "\r\n").toUtf8());
   StartUp(state, t.services);
   EXPECT_FALSE(state.files.FirstRun);
   EXPECT_EQ(state.settings.display.GHI, 32);

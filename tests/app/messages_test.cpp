@@ -142,8 +142,8 @@ TEST(ConsoleMessage, AnswersByItselfAndWritesTheReport) {
     EXPECT_EQ(c.state.log.Report,
               (QStringList{">> Message Dialog :", "Processing File not found !", ""}));
     // The log names the routine but no answer.
-    EXPECT_EQ(c.state.log.Lines(), QStringList{(custom ? "Message Dialog :" : "Message :") +
-                                               QStringLiteral("Processing File not found !")});
+    EXPECT_EQ(c.state.log.Lines(), QStringList{QString(custom ? "Message Dialog :" : "Message :") +
+                                               "Processing File not found !"});
     EXPECT_EQ(c.state.LastMessageText, "Processing File not found !");
     EXPECT_TRUE(c.ReportFiles().isEmpty());
   }

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "pictures.h"
 #include "settings/pixel_modes.h"
 #include "support/temp_folders.h"
@@ -37,58 +39,47 @@ struct Fixture {
 };
 
 TEST(DoPaste, AColourLayerInMonochromeAsksFirstAndConvertsByTheAnswer) {
-  const struct {
-    int answer;
-    bool pasted;
-    const char* bitmap;
-    const char* status;
-  } cases[] = {
+  const std::tuple<int, bool, const char*, const char*> cases[] = {
       {Answer::Retry, true, "#...", "Selection pasted "},  // "Dithering"
       {Answer::Ok, true, ".#..", "Selection pasted "},     // threshold at the middle
-      {Answer::Cancel, false, "....", "Canceled !"},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.answer);
+      {Answer::Cancel, false, "....", "Canceled !"}};
+  for (const auto& [answer, pasted, bitmap, status] : cases) {
+    SCOPED_TRACE(answer);
     Fixture f;
-    f.ts.dialogs.Answer(c.answer);
-    EXPECT_EQ(DoPaste(f.state, f.ts.services, f.conversion), c.pasted);
+    f.ts.dialogs.Answer(answer);
+    EXPECT_EQ(DoPaste(f.state, f.ts.services, f.conversion), pasted);
     ASSERT_EQ(f.ts.dialogs.shown.size(), 1);
     EXPECT_EQ(f.ts.dialogs.shown[0].text,
               " Image conversion to monochrome has not been done !\r  \rPerform Dithering "
               "(AUTO-Conversion to Black and White)\ror for MANUAL Conversion, move Threshold "
               "Slider located on top of Work Canvas ");
     EXPECT_EQ(f.ts.dialogs.shown[0].customCaptions, QStringList({"Ok", "Cancel", "Dithering"}));
-    EXPECT_EQ(f.Rows(), c.bitmap);
-    EXPECT_EQ(f.state.log.StatusText(), c.status);
-    EXPECT_EQ(app::SelectionPending(f.state), !c.pasted);
-    EXPECT_EQ(f.state.canvas.Selection().ThresholdOn, !c.pasted);
+    EXPECT_EQ(f.Rows(), bitmap);
+    EXPECT_EQ(f.state.log.StatusText(), status);
+    EXPECT_EQ(app::SelectionPending(f.state), !pasted);
+    EXPECT_EQ(f.state.canvas.Selection().ThresholdOn, !pasted);
   }
 }
 
 TEST(ResolveFloatingSelection, PasteNowDiscardOrCancel) {
-  const struct {
-    int answer;
-    bool goOn, floating;
-    const char* bitmap;
-  } cases[] = {
+  const std::tuple<int, bool, bool, const char*> cases[] = {
       {Answer::Ok, true, false, "#..."},      // Paste now, then Dithering
       {Answer::Cancel, true, false, "...."},  // Discard
       {Answer::Retry, false, true, "...."},   // Cancel
   };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.answer);
+  for (const auto& [answer, goOn, floating, bitmap] : cases) {
+    SCOPED_TRACE(answer);
     Fixture f;
-    f.ts.dialogs.Answer(c.answer);
+    f.ts.dialogs.Answer(answer);
     f.ts.dialogs.Answer(Answer::Retry);
-    EXPECT_EQ(ResolveFloatingSelection(f.state, f.ts.services, f.conversion), c.goOn);
+    EXPECT_EQ(ResolveFloatingSelection(f.state, f.ts.services, f.conversion), goOn);
     EXPECT_EQ(f.ts.dialogs.shown[0].text,
               " Floating Selection layer has not been pasted to Work Canvas !\r Paste now, "
               "Discard selection or Cancel ? ");
     EXPECT_EQ(f.ts.dialogs.shown[0].customCaptions,
               QStringList({"Paste now", "Discard", "Cancel"}));
-    EXPECT_EQ(f.state.canvas.Selection().IsFloating(), c.floating);
-    EXPECT_EQ(app::SelectionPending(f.state), c.floating);
-    EXPECT_EQ(f.Rows(), c.bitmap);
+    EXPECT_EQ(f.state.canvas.Selection().IsFloating(), floating);
+    EXPECT_EQ(f.Rows(), bitmap);
   }
 }
 

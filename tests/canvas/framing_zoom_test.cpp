@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "canvas/auto_framing.h"
 #include "canvas/zoom.h"
 #include "pictures.h"
@@ -19,12 +21,7 @@ QImage Marked(int w, int h, Color background, std::initializer_list<QPoint> mark
 
 TEST(AutoFrameBounds, WholeBytesAlongTheScanAndTheFullSideWithoutBcd) {
   const double c8 = settings::kColors8PixelsPerByte;
-  const struct {
-    const char* name;
-    QImage picture;
-    FramingRule rule;
-    SelectionRect expected;
-  } cases[] = {
+  const std::tuple<const char*, QImage, FramingRule, SelectionRect> cases[] = {
       {"white canvas", Marked(16, 2, kWhite, {}), {true, 8, false}, {}},
       {"white canvas, BCD", Marked(16, 2, kWhite, {}), {true, 8, true}, {}},
       {"horizontal, BCD", Marked(16, 3, kWhite, {{9, 1}}), {true, 8, true}, {8, 1, 16, 2}},
@@ -40,20 +37,14 @@ TEST(AutoFrameBounds, WholeBytesAlongTheScanAndTheFullSideWithoutBcd) {
       {"rounded up no further than the edge",
        Marked(12, 1, kWhite, {{10, 0}}),
        {true, 8, true},
-       {8, 0, 12, 1}},
-  };
-  for (const auto& c : cases) {
-    EXPECT_EQ(AutoFrameBounds(c.picture, c.rule), c.expected) << c.name;
+       {8, 0, 12, 1}}};
+  for (const auto& [name, picture, rule, expected] : cases) {
+    EXPECT_EQ(AutoFrameBounds(picture, rule), expected) << name;
   }
 }
 
 TEST(ComputeZoomScale, FitsTheScreenThenTakesTheUserOffset) {
-  const struct {
-    QSize screen, canvas;
-    int offset;
-    bool noMatrix;
-    ZoomScale expected;
-  } cases[] = {
+  const std::tuple<QSize, QSize, int, bool, ZoomScale> cases[] = {
       {{1920, 1080}, {128, 64}, 0, false, {6, 3}},   // capped at 6
       {{1366, 768}, {320, 240}, 0, false, {2, 1}},   // lowered for the height
       {{1920, 1080}, {128, 64}, 1, false, {7, 3}},   // the user's zoom in
@@ -61,9 +52,9 @@ TEST(ComputeZoomScale, FitsTheScreenThenTakesTheUserOffset) {
       {{1366, 768}, {1024, 768}, 0, false, {1, 0}},  // never below 1
       {{1920, 1080}, {128, 64}, 2, true, {1, 0}},    // NOMAT
   };
-  for (const auto& c : cases) {
-    EXPECT_EQ(ComputeZoomScale(c.screen, c.canvas, c.offset, c.noMatrix), c.expected)
-        << c.canvas.width() << "x" << c.canvas.height() << " offset " << c.offset;
+  for (const auto& [screen, canvas, offset, noMatrix, expected] : cases) {
+    EXPECT_EQ(ComputeZoomScale(screen, canvas, offset, noMatrix), expected)
+        << canvas.width() << "x" << canvas.height() << " offset " << offset;
   }
 }
 

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "pictures.h"
 
 namespace vt::canvas {
@@ -18,43 +20,34 @@ void Load(WorkCanvas& canvas, const char* rows) {
 }
 
 TEST(SelectionRect, CornersInAnyOrderAreSortedAndClippedToTheCanvas) {
-  const struct {
-    int xa, ya, xb, yb;
-    SelectionRect expected;
-  } cases[] = {
+  const std::tuple<int, int, int, int, SelectionRect> cases[] = {
       {1, 2, 5, 6, {1, 2, 5, 6}},   {5, 6, 1, 2, {1, 2, 5, 6}},    {5, 2, 1, 6, {1, 2, 5, 6}},
-      {-3, -1, 4, 3, {0, 0, 4, 3}}, {2, 1, 40, 30, {2, 1, 10, 8}}, {3, 3, 3, 3, {3, 3, 3, 3}},
-  };
-  for (const auto& c : cases) {
-    EXPECT_EQ(SelectionRect::Normalized(c.xa, c.ya, c.xb, c.yb, 10, 8), c.expected)
-        << c.xa << "," << c.ya << " " << c.xb << "," << c.yb;
+      {-3, -1, 4, 3, {0, 0, 4, 3}}, {2, 1, 40, 30, {2, 1, 10, 8}}, {3, 3, 3, 3, {3, 3, 3, 3}}};
+  for (const auto& [xa, ya, xb, yb, expected] : cases) {
+    EXPECT_EQ(SelectionRect::Normalized(xa, ya, xb, yb, 10, 8), expected)
+        << xa << "," << ya << " " << xb << "," << yb;
   }
   EXPECT_EQ((SelectionRect{1, 2, 4, 5}).StatusText(), "1,2,3,4") << "last pixel included";
 }
 
 TEST(UndoStack, StepsThroughTheStatesInOrderAndAnEditForgetsRedo) {
   enum Op { Push, Undo, Redo, Original };
-  const struct {
-    Op op;
-    const char* picture;  ///< for Push: what is drawn before; else: what must show
-    int position, top;
-    bool undo, redo;
-  } steps[] = {
+  // The picture: for Push what is drawn before, else what must show.
+  const std::tuple<Op, const char*, int, int, bool, bool> steps[] = {
       {Push, "r", 0, 0, true, false}, {Push, "g", 1, 1, true, false},
       {Push, "b", 2, 2, true, false}, {Undo, "g", 1, 2, true, true},
       {Undo, "r", 0, 2, false, true}, {Undo, "r", 0, 2, false, true},
       {Redo, "g", 1, 2, true, true},  {Push, "#", 2, 2, true, false},
       {Redo, "#", 2, 2, true, false}, {Original, "r", 0, 2, false, true},
-      {Redo, "g", 1, 2, true, true},
-  };
+      {Redo, "g", 1, 2, true, true}};
   WorkCanvas canvas;
   canvas.Resize(1, 1);
   int index = 0;
-  for (const auto& s : steps) {
+  for (const auto& [op, picture, position, top, undo, redo] : steps) {
     SCOPED_TRACE(index++);
-    switch (s.op) {
+    switch (op) {
       case Push:
-        Load(canvas, s.picture);
+        Load(canvas, picture);
         ASSERT_TRUE(canvas.CopyCanvasToSaveTable());
         break;
       case Undo:
@@ -67,13 +60,11 @@ TEST(UndoStack, StepsThroughTheStatesInOrderAndAnEditForgetsRedo) {
         canvas.ReloadOriginal();
         break;
     }
-    EXPECT_EQ(RowsOf(canvas.Bitmap()), s.picture);
-    EXPECT_EQ(RowsOf(canvas.DisplayBitmap()), s.picture);
-    EXPECT_EQ(canvas.SaveTable().UndoPosition(), s.position);
-    EXPECT_EQ(canvas.SaveTable().UndoTop(), s.top);
-    EXPECT_EQ(canvas.SaveTable().Size(), s.top + 1);
-    EXPECT_EQ(canvas.SaveTable().UndoEnabled(), s.undo);
-    EXPECT_EQ(canvas.SaveTable().RedoEnabled(), s.redo);
+    EXPECT_EQ(RowsOf(canvas.Bitmap()), picture);
+    EXPECT_EQ(RowsOf(canvas.DisplayBitmap()), picture);
+    const UndoStack& t = canvas.SaveTable();
+    EXPECT_EQ(std::tuple(t.UndoPosition(), t.UndoTop(), t.Size(), t.UndoEnabled(), t.RedoEnabled()),
+              std::tuple(position, top, top + 1, undo, redo));
   }
 }
 
@@ -103,14 +94,8 @@ TEST(UndoStack, HoldsTenThousandStatesAndAFailedPushStaysAdvanced) {
 
 TEST(Composition, LaysTheStoresInTheirOrder) {
   using L = WorkCanvas::Layers;
-  const struct {
-    const char* name;
-    bool visible, transparent, lowest;
-    L layers;
-    const char* floating;  ///< at x = 1 in copy mode, or AND in copy-transparent mode
-    bool floatingAnd;
-    const char* display;
-  } cases[] = {
+  // The floating layer lies at x = 1 in copy mode, or ANDs in copy-transparent mode.
+  const std::tuple<const char*, bool, bool, bool, L, const char*, bool, const char*> cases[] = {
       // bitmap "r.#g", Transfer Layer "g.r."
       {"no layer", false, false, false, L::All, "", false, "r.#g"},
       {"opaque layer covers", true, false, false, L::All, "", false, "g.r."},
@@ -118,34 +103,29 @@ TEST(Composition, LaysTheStoresInTheirOrder) {
       {"lowest layer ANDs", true, false, true, L::All, "", false, "#.#g"},
       {"left out on request", true, false, false, L::WithoutTransferLayer, "", false, "r.#g"},
       {"floating copy on top", true, false, false, L::All, "#.", false, "g#.."},
-      {"floating AND on top", false, false, false, L::All, "bb", true, "rb#g"},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.name);
+      {"floating AND on top", false, false, false, L::All, "bb", true, "rb#g"}};
+  for (const auto& [name, visible, transparent, lowest, layers, floating, floatingAnd, display] :
+       cases) {
+    SCOPED_TRACE(name);
     WorkCanvas canvas;
     Load(canvas, "r.#g");
     canvas.Transfer().Ensure(canvas.Bitmap().size());
     canvas.Transfer().Image() = Picture("g.r.");
-    canvas.Transfer().Visible = c.visible;
-    canvas.Transfer().Transparent = c.transparent;
-    canvas.Transfer().Lowest = c.lowest;
-    if (*c.floating) {
-      canvas.Selection().Float(Picture(QString::fromLatin1(c.floating)), {1, 0}, false);
-      canvas.Selection().SetMode(c.floatingAnd ? CopyMode::CopyTransparent : CopyMode::Copy);
+    canvas.Transfer().Visible = visible;
+    canvas.Transfer().Transparent = transparent;
+    canvas.Transfer().Lowest = lowest;
+    if (*floating) {
+      canvas.Selection().Float(Picture(QString::fromLatin1(floating)), {1, 0}, false);
+      canvas.Selection().SetMode(floatingAnd ? CopyMode::CopyTransparent : CopyMode::Copy);
     }
-    canvas.CopyBitmapToCanvas(c.layers);
-    EXPECT_EQ(RowsOf(canvas.DisplayBitmap()), c.display);
+    canvas.CopyBitmapToCanvas(layers);
+    EXPECT_EQ(RowsOf(canvas.DisplayBitmap()), display);
     EXPECT_EQ(RowsOf(canvas.Bitmap()), "r.#g") << "composition never changes the bitmap";
   }
 }
 
 TEST(FloatingSelection, PasteAndDiscardByCopyMode) {
-  const struct {
-    CopyMode mode;
-    int moveTo;
-    bool paste;
-    const char* bitmap;
-  } cases[] = {
+  const std::tuple<CopyMode, int, bool, const char*> cases[] = {
       {CopyMode::Copy, 2, true, "#r#r"},
       {CopyMode::Copy, 2, false, "#r.g"},
       {CopyMode::Cut, 2, true, "bb#r"},  // the brush fills the cut area
@@ -153,27 +133,27 @@ TEST(FloatingSelection, PasteAndDiscardByCopyMode) {
       {CopyMode::CopyTransparent, 2, true, "#r##"},  // '#' AND '.', 'r' AND 'g'
       {CopyMode::Copy, -1, true, "rr.g"},            // only the visible part lands
   };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(::testing::Message() << int(c.mode) << " to " << c.moveTo << " " << c.paste);
+  for (const auto& [mode, moveTo, paste, bitmap] : cases) {
+    SCOPED_TRACE(::testing::Message() << int(mode) << " to " << moveTo << " " << paste);
     WorkCanvas canvas;
     Load(canvas, "#r.g");
     canvas.Pen.brush = 0xFF0000;
-    canvas.Selection().SetMode(c.mode);
+    canvas.Selection().SetMode(mode);
     canvas.Selection().SetArea(0, 0, 2, 1, canvas.Bitmap().size());
     canvas.UpdateTable();
     canvas.SelectionToBitmap();
-    canvas.Selection().MoveTo(c.moveTo, 0);
+    canvas.Selection().MoveTo(moveTo, 0);
     ASSERT_TRUE(canvas.Selection().IsFloating());
-    EXPECT_EQ(canvas.Selection().Rect().X1, c.moveTo) << "the origin may stay negative";
-    if (c.paste) {
+    EXPECT_EQ(canvas.Selection().Rect().X1, moveTo) << "the origin may stay negative";
+    if (paste) {
       EXPECT_EQ(canvas.PasteSelection(false, true), PasteResult::Pasted);
       EXPECT_EQ(canvas.SaveTable().UndoPosition(), 0) << "a paste pushes";
     } else {
       canvas.DisableSelection();
       EXPECT_EQ(canvas.SaveTable().UndoPosition(), -1);
     }
-    EXPECT_EQ(RowsOf(canvas.Bitmap()), c.bitmap);
-    EXPECT_EQ(RowsOf(canvas.DisplayBitmap()), c.bitmap);
+    EXPECT_EQ(RowsOf(canvas.Bitmap()), bitmap);
+    EXPECT_EQ(RowsOf(canvas.DisplayBitmap()), bitmap);
     EXPECT_EQ(canvas.Selection().State(), SelectionState::None);
     EXPECT_EQ(canvas.Selection().Rect(), SelectionRect{});
   }

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
 #include <vector>
 
 namespace vt::convert {
@@ -14,8 +15,7 @@ TEST(Bits, ReverseByteMirrorsTheEightBits) {
       {0xF0, 0x0F},  {0x12, 0x48},  // 0001 0010 -> 0100 1000
       {0xA5, 0xA5},                 // 1010 0101 reads the same both ways
       {0x1C3, 0xC3},                // bits above 7 are ignored: 1100 0011 mirrored is itself
-      {0x06, 0x60},
-  };
+      {0x06, 0x60}};
   for (const auto& [in, out] : cases) {
     EXPECT_EQ(ReverseByte(in), out) << "input " << in;
     EXPECT_EQ(ReverseByte(out), in & 0xFF) << "input " << in;
@@ -23,21 +23,16 @@ TEST(Bits, ReverseByteMirrorsTheEightBits) {
 }
 
 TEST(Bits, SetClearAndTestAddressOneBitEach) {
-  const struct {
-    std::int64_t value;
-    int bit;
-    bool isSet;
-    std::int64_t afterSet, afterClear;
-  } cases[] = {
+  const std::tuple<std::int64_t, int, bool, std::int64_t, std::int64_t> cases[] = {
       {0x00, 0, false, 0x01, 0x00},
       {0x81, 7, true, 0x81, 0x01},
       {0x81, 3, false, 0x89, 0x81},
       {0xFFFFFF, 23, true, 0xFFFFFF, 0x7FFFFF},  // a colour's top bit
   };
-  for (const auto& c : cases) {
-    EXPECT_EQ(TestBit(c.value, c.bit), c.isSet) << c.value << " bit " << c.bit;
-    EXPECT_EQ(SetBit(c.value, c.bit), c.afterSet) << c.value << " bit " << c.bit;
-    EXPECT_EQ(ClearBit(c.value, c.bit), c.afterClear) << c.value << " bit " << c.bit;
+  for (const auto& [value, bit, isSet, afterSet, afterClear] : cases) {
+    EXPECT_EQ(TestBit(value, bit), isSet) << value << " bit " << bit;
+    EXPECT_EQ(SetBit(value, bit), afterSet) << value << " bit " << bit;
+    EXPECT_EQ(ClearBit(value, bit), afterClear) << value << " bit " << bit;
   }
 }
 

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "app/log.h"
 #include "convert_test_util.h"
 
@@ -17,11 +19,7 @@ namespace {
 using test::With;
 
 TEST(FormatConstant, SpellsTheValueAlone) {
-  const struct {
-    const char* keys;
-    std::int64_t value;
-    const char* expected;
-  } cases[] = {
+  const std::tuple<const char*, std::int64_t, const char*> cases[] = {
       // "X": two upper-case digits behind 0x; an unknown key spells as "X".
       {"FXHB=X", 5, "0x05"},
       {"FXHB=X", 0xAB, "0xAB"},
@@ -48,38 +46,32 @@ TEST(FormatConstant, SpellsTheValueAlone) {
       // "+D+": plain decimal, no padding in this form.
       {"FXHB=+D+|VALpref=#|VALSUF=;", 5, "#5;"},
       {"FXHB=+D+|Neg=1", 5, "250"},
-      {"FXHB=+D+|bits=16", 65535, "65535"},
-  };
-  for (const auto& c : cases) {
-    const settings::Settings s = With(c.keys);
-    EXPECT_EQ(FormatConstant(s, c.value), QString::fromLatin1(c.expected)) << c.keys;
-    QString text = QStringLiteral("old");
-    FormatConstant(s, c.value, text);
-    EXPECT_EQ(text, QString::fromLatin1(c.expected)) << c.keys;
+      {"FXHB=+D+|bits=16", 65535, "65535"}};
+  for (const auto& [keys, value, expected] : cases) {
+    const settings::Settings s = With(keys);
+    EXPECT_EQ(FormatConstant(s, value), QString::fromLatin1(expected)) << keys;
+    QString text = "old";
+    FormatConstant(s, value, text);
+    EXPECT_EQ(text, QString::fromLatin1(expected)) << keys;
   }
 }
 
 TEST(ConstantFormat, SelectionSetsTheKeyAndLogsTheSetterText) {
-  const struct {
-    ConstantFormat format;
-    const char* key;
-    const char* logText;
-  } cases[] = {
+  const std::tuple<ConstantFormat, const char*, const char*> cases[] = {
       {ConstantFormat::X, "X", "Constant format is ox+data"},
       {ConstantFormat::H, "H", "Constant format is data+h"},
       {ConstantFormat::ZeroB, "0B", "Constant format is b+data"},
       {ConstantFormat::B, "B", "Constant format is data+b"},
       {ConstantFormat::PlusBPlus, "+B+", "Constant format is +bin+"},
       {ConstantFormat::PlusHPlus, "+H+", "Constant format is +hex+"},
-      {ConstantFormat::PlusDPlus, "+D+", "Constant format is +dec+"},
-  };
-  for (const auto& c : cases) {
+      {ConstantFormat::PlusDPlus, "+D+", "Constant format is +dec+"}};
+  for (const auto& [selected, key, logText] : cases) {
     settings::DataFormatSettings format;
     app::Log log;
-    SelectConstantFormat(format, log, c.format);
-    EXPECT_EQ(format.FXHB, QString::fromLatin1(c.key));
-    EXPECT_EQ(log.Lines(), QStringList{QString::fromLatin1(c.logText)});
-    EXPECT_EQ(CurrentConstantFormat(format), c.format) << c.key;
+    SelectConstantFormat(format, log, selected);
+    EXPECT_EQ(format.FXHB, QString::fromLatin1(key));
+    EXPECT_EQ(log.Lines(), QStringList{QString::fromLatin1(logText)});
+    EXPECT_EQ(CurrentConstantFormat(format), selected) << key;
   }
   EXPECT_EQ(ConstantFormatFromKey("0b"), ConstantFormat::ZeroB);  // keys compare without case
   EXPECT_EQ(ConstantFormatFromKey("+d+"), ConstantFormat::PlusDPlus);
@@ -99,15 +91,13 @@ TEST(CommentStyleOf, TakesTheFirstStyleKeySet) {
     const char* keys;
     const char* opener;
     const char* closer;
-  } cases[] = {
-      {"", "/* ", " */"},
-      {"PSCOM=1|VBACOM=1|BSCOM=1|STCOM=1", "/* ", " */"},  // C wins over the others
-      {"CCOM=0|PSCOM=1|VBACOM=1", "//", ""},
-      {"CCOM=0|VBACOM=1|BSCOM=1", "'", ""},
-      {"CCOM=0|BSCOM=1|STCOM=1", "!", ""},
-      {"CCOM=0|STCOM=1|cstrt=REM ", "REM ", ""},
-      {"CCOM=0", ";", ""},
-  };
+  } cases[] = {{"", "/* ", " */"},
+               {"PSCOM=1|VBACOM=1|BSCOM=1|STCOM=1", "/* ", " */"},  // C wins over the others
+               {"CCOM=0|PSCOM=1|VBACOM=1", "//", ""},
+               {"CCOM=0|VBACOM=1|BSCOM=1", "'", ""},
+               {"CCOM=0|BSCOM=1|STCOM=1", "!", ""},
+               {"CCOM=0|STCOM=1|cstrt=REM ", "REM ", ""},
+               {"CCOM=0", ";", ""}};
   for (const auto& c : cases) {
     const CommentStyle style = CommentStyleOf(With(c.keys).comment);
     EXPECT_EQ(style.opener, QString::fromLatin1(c.opener)) << c.keys;

@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <functional>
+#include <tuple>
 
 #include "app/log.h"
 #include "convert_test_util.h"
@@ -23,11 +24,7 @@ using test::With;
 using RequestSetup = std::function<void(HeaderRequest&)>;
 
 TEST(HeaderFileName, SitsBesideTheSettingsFile) {
-  const struct {
-    const char* settingsFile;
-    HeaderKind kind;
-    const char* expected;
-  } cases[] = {
+  const std::tuple<const char*, HeaderKind, const char*> cases[] = {
       {"/p/proj.LCD", HeaderKind::Graphics, "/p/proj.txt"},
       {"/p/proj.LCD", HeaderKind::Raw, "/p/proj_Raw.txt"},
       {"/p/proj.LCD", HeaderKind::Struct, "/p/proj_Struct.txt"},
@@ -36,8 +33,8 @@ TEST(HeaderFileName, SitsBesideTheSettingsFile) {
       {"C:\\Docs\\my.proj\\default.LCD", HeaderKind::Raw, "C:\\Docs\\my.proj\\default_Raw.txt"},
       {"/p/v1.2/settings", HeaderKind::Graphics, "/p/v1.2/settings.txt"},  // a dot in a folder
   };
-  for (const auto& c : cases) {
-    EXPECT_EQ(HeaderFileName(c.settingsFile, c.kind), QString::fromLatin1(c.expected));
+  for (const auto& [settingsFile, kind, expected] : cases) {
+    EXPECT_EQ(HeaderFileName(settingsFile, kind), QString::fromLatin1(expected));
   }
 }
 
@@ -45,8 +42,8 @@ TEST(HeaderFileName, SitsBesideTheSettingsFile) {
 HeaderRequest Request(const QString& templateText, const RequestSetup& setup = {}) {
   HeaderRequest r;
   r.templateText = templateText;
-  r.templateFileName = QStringLiteral("/p/proj.txt");
-  r.arrayName = QStringLiteral("Pic");
+  r.templateFileName = "/p/proj.txt";
+  r.arrayName = "Pic";
   r.dataByteCount = 41;
   r.left = 3;
   r.top = 4;
@@ -113,8 +110,7 @@ TEST(BuildHeader, ExpandsTheTokens) {
       {"", "a\n//** one\n  //** two\nb//**\nc", "a\nc"},  // template comment lines go
       {"", "a\r\nb\rc", "a\nb\nc"},
       {"", "[&FONT BITMAPS]\n[&FNAME][&FNUMBEROFCHARS]",
-       "[&FONT BITMAPS]\n[&FNAME][&FNUMBEROFCHARS]"},
-  };
+       "[&FONT BITMAPS]\n[&FNAME][&FNUMBEROFCHARS]"}};
   for (const auto& c : cases) {
     EXPECT_EQ(BuildHeader(With(c.keys), Request(c.templateText, c.setup)).text,
               QString::fromLatin1(c.expected))
@@ -163,11 +159,7 @@ TEST(BuildHeader, TwoPageGrayTakesTheSecondPlaneDeclarationFromTheNameLine) {
 
 TEST(HeaderSizeText, FollowsWidthModeAndDescriptors) {
   const auto animated = [](HeaderRequest& r) { r.animated = true; };
-  const struct {
-    const char* keys;
-    RequestSetup setup;
-    long long expected;
-  } cases[] = {
+  const std::tuple<const char*, RequestSetup, long long> cases[] = {
       {"", {}, 41},
       {"bits=16", {}, 20},
       {"bits=32", {}, 10},
@@ -181,13 +173,13 @@ TEST(HeaderSizeText, FollowsWidthModeAndDescriptors) {
       {"WORIG=1|WSIZE=1", {}, 45},
       {"WORIG=1|WSIZE=1", [](auto& r) { r.width = 256; }, 49},  // a wide area adds 4 each
   };
-  for (const auto& c : cases) {
-    EXPECT_EQ(HeaderSizeText(With(c.keys), Request("", c.setup)), c.expected) << c.keys;
+  for (const auto& [keys, setup, expected] : cases) {
+    EXPECT_EQ(HeaderSizeText(With(keys), Request("", setup)), expected) << keys;
   }
 }
 
 TEST(HeaderTemplate, WordTypeFollowsTheOutputWidthWithCu8) {
-  const QString line = QStringLiteral("const uint8_t a[] = {uint8_t};");
+  const QString line = "const uint8_t a[] = {uint8_t};";
   EXPECT_EQ(ApplyWordType(settings::Settings{}, line), line);
   EXPECT_EQ(ApplyWordType(With("bits=16"), line), "const uint16_t a[] = {uint16_t};");
   EXPECT_EQ(ApplyWordType(With("bits=32"), line), "const uint32_t a[] = {uint32_t};");

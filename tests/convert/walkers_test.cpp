@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "convert/conversion_cursor.h"
@@ -79,12 +80,8 @@ QImage Sample() {
 // bytes that are not 0. A row of tr is two bytes (columns 0-7, 8-15); a page of td is rows 0-7
 // or 8-15. MSB first puts the first pixel read in bit 7 (0x80), MSB last in bit 0 (0x01).
 TEST(ScanWalker, EveryOrientationGivesTheStreamWorkedOutByHand) {
-  const struct {
-    ScanDirection direction;
-    bool msbFirst;
-    const char* corners;  // the corners that all give this stream
-    const char* bytes;
-  } cases[] = {
+  // Direction, MSB first, the corners that all give this stream, its bytes.
+  const std::tuple<ScanDirection, bool, const char*, const char*> cases[] = {
       // tr: rows from the top with CORN1. Row 0 reads columns 0 1 2 = 0x80+0x40+0x20; (10,4)
       // is the third pixel of row 4's second byte (0x20); (5,13) the sixth of row 13's first
       // (0x04); (15,15) the last of row 15's second (0x01). Other corners: rows from the bottom.
@@ -130,18 +127,17 @@ TEST(ScanWalker, EveryOrientationGivesTheStreamWorkedOutByHand) {
       {ScanDirection::tua, true, "4", "1:07 3:01 5:01 10:20 21:10 30:80"},
       {ScanDirection::tua, false, "4", "1:E0 3:80 5:80 10:04 21:08 30:01"},
       {ScanDirection::tua, true, "123", "0:80 11:10 20:20 27:01 29:01 31:07"},
-      {ScanDirection::tua, false, "123", "0:01 11:08 20:04 27:80 29:80 31:E0"},
-  };
+      {ScanDirection::tua, false, "123", "0:01 11:08 20:04 27:80 29:80 31:E0"}};
   int combinations = 0;
-  for (const auto& c : cases) {
-    for (const char* corner = c.corners; *corner; ++corner, ++combinations) {
-      const settings::Settings s = WalkSettings(c.direction, 16, 16, c.msbFirst ? "" : "MSBF=0",
+  for (const auto& [direction, msbFirst, corners, bytes] : cases) {
+    for (const char* corner = corners; *corner; ++corner, ++combinations) {
+      const settings::Settings s = WalkSettings(direction, 16, 16, msbFirst ? "" : "MSBF=0",
                                                 PixelMode::Monochrome, *corner - '0');
-      SCOPED_TRACE(std::string(settings::Info(c.direction).key) + (c.msbFirst ? " MSBF" : " LSBF") +
+      SCOPED_TRACE(std::string(settings::Info(direction).key) + (msbFirst ? " MSBF" : " LSBF") +
                    " CORN" + *corner);
       const Walked w = Walk(s, Sample());
       EXPECT_TRUE(w.completed);
-      EXPECT_EQ(Hex(w.sink.values), Hex(Sparse(32, c.bytes)));
+      EXPECT_EQ(Hex(w.sink.values), Hex(Sparse(32, bytes)));
       EXPECT_EQ(w.cursor.ByteCount, 32.0);
       EXPECT_EQ(w.sink.startComments, 32);
     }
@@ -151,24 +147,20 @@ TEST(ScanWalker, EveryOrientationGivesTheStreamWorkedOutByHand) {
 
 TEST(ScanWalker, GroupModeStartsAGroupAtEachRowOrColumnOfTheWalk) {
   const std::vector<int> everyTwo = {0, 2, 4, 6, 8, 10, 12, 14, 16, 18, 20, 22, 24, 26, 28, 30};
-  const struct {
-    ScanDirection direction;
-    std::vector<int> groupsAt;  // values emitted before each GroupStart
-  } cases[] = {
+  // Direction, values emitted before each GroupStart.
+  const std::tuple<ScanDirection, std::vector<int>> cases[] = {
       {ScanDirection::tr, everyTwo},  {ScanDirection::tl, everyTwo},   // 16 rows of 2 bytes
       {ScanDirection::tra, {0, 16}},  {ScanDirection::tla, {0, 16}},   // 2 byte columns of 16
       {ScanDirection::td, {0, 16}},   {ScanDirection::tu, {0, 16}},    // 2 pages of 16 columns
       {ScanDirection::tda, everyTwo}, {ScanDirection::tua, everyTwo},  // 16 columns of 2 pages
   };
-  for (const auto& c : cases) {
-    const char* key = settings::Info(c.direction).key;
-    const Walked groups = Walk(WalkSettings(c.direction, 16, 16, "ColRx=1"), Sample());
-    EXPECT_EQ(groups.sink.groupStarts, c.groupsAt) << key;
-    EXPECT_TRUE(Walk(WalkSettings(c.direction, 16, 16), Sample()).sink.groupStarts.empty()) << key;
+  for (const auto& [direction, groupsAt] : cases) {
+    const char* key = settings::Info(direction).key;
+    const Walked groups = Walk(WalkSettings(direction, 16, 16, "ColRx=1"), Sample());
+    EXPECT_EQ(groups.sink.groupStarts, groupsAt) << key;
+    EXPECT_TRUE(Walk(WalkSettings(direction, 16, 16), Sample()).sink.groupStarts.empty()) << key;
   }
 }
-
-// ---- Byte widths and sizes off the byte grid ------------------------------------------------
 
 TEST(ScanWalker, SixBitModeWidth128GivesTwentyTwoBytesPerRowTheLastWithTwoPixels) {
   std::string blackRow(128, '#');
@@ -223,8 +215,6 @@ TEST(ScanWalker, NoSizeCheckWalksOneByteColumnPerPixel) {
   EXPECT_EQ(w.cursor.BytesPerRow, 16);
 }
 
-// ---- Counts of the other modes --------------------------------------------------------------
-
 TEST(ScanWalker, PageAndByteCountsFollowTheModeOfTheWalk) {
   using enum ScanDirection;
   using enum PixelMode;
@@ -236,28 +226,26 @@ TEST(ScanWalker, PageAndByteCountsFollowTheModeOfTheWalk) {
     int pagesPerColumn;  // bytes down a column (vertical walks)
     int bytesPerRow;     // bytes along a row, or columns of a vertical walk
     const char* keys = "";
-  } cases[] = {
-      {"height div 8, not 24 / 2.67", td, Colors8, 4, 24, 3, 4},
-      {"ceiling of 20 / 8", td, Gray16Slices, 4, 20, 3, 4},
-      {"a page per row", td, Gray32Packed, 4, 10, 10, 4},
-      {"p is 8", td, Gray4TwoPages, 4, 16, 2, 4},
-      {"p is 4", td, Gray4, 4, 16, 4, 4},
-      {"every row, half the columns", tda, Gray16Horizontal, 8, 10, 10, 4},
-      {"height div 2", tda, Gray16Vertical, 8, 10, 5, 8},
-      {"height div 4", tda, Gray4, 8, 12, 3, 8},
-      {"height div 8", tua, Colors8, 8, 20, 2, 8},
-      {"width div 8", tr, Colors8, 24, 2, 2, 3},
-      {"width div 2", tr, Gray16Horizontal, 10, 2, 2, 5},
-      {"a byte per pixel", tr, Colors65536, 10, 2, 2, 10},
-      {"a byte column per pixel", tra, Gray32Packed, 12, 2, 2, 12},
-      {"half as many", tla, Gray32Packed, 12, 2, 2, 6},
-      {"unpacked: all", tla, Gray32RUnpacked, 12, 2, 2, 12},
-      {"width div 4", tra, Gray4, 12, 2, 2, 3},
-      // 6-bit mode in tda: the width's remainder adds a page, the height's does not.
-      {"6 bit", tda, Monochrome, 12, 12, 2, 12, "bw8=0"},
-      {"6 bit", tda, Monochrome, 13, 12, 3, 13, "bw8=0"},
-      {"6 bit", tda, Monochrome, 12, 13, 2, 12, "bw8=0"},
-  };
+  } cases[] = {{"height div 8, not 24 / 2.67", td, Colors8, 4, 24, 3, 4},
+               {"ceiling of 20 / 8", td, Gray16Slices, 4, 20, 3, 4},
+               {"a page per row", td, Gray32Packed, 4, 10, 10, 4},
+               {"p is 8", td, Gray4TwoPages, 4, 16, 2, 4},
+               {"p is 4", td, Gray4, 4, 16, 4, 4},
+               {"every row, half the columns", tda, Gray16Horizontal, 8, 10, 10, 4},
+               {"height div 2", tda, Gray16Vertical, 8, 10, 5, 8},
+               {"height div 4", tda, Gray4, 8, 12, 3, 8},
+               {"height div 8", tua, Colors8, 8, 20, 2, 8},
+               {"width div 8", tr, Colors8, 24, 2, 2, 3},
+               {"width div 2", tr, Gray16Horizontal, 10, 2, 2, 5},
+               {"a byte per pixel", tr, Colors65536, 10, 2, 2, 10},
+               {"a byte column per pixel", tra, Gray32Packed, 12, 2, 2, 12},
+               {"half as many", tla, Gray32Packed, 12, 2, 2, 6},
+               {"unpacked: all", tla, Gray32RUnpacked, 12, 2, 2, 12},
+               {"width div 4", tra, Gray4, 12, 2, 2, 3},
+               // 6-bit mode in tda: the width's remainder adds a page, the height's does not.
+               {"6 bit", tda, Monochrome, 12, 12, 2, 12, "bw8=0"},
+               {"6 bit", tda, Monochrome, 13, 12, 3, 13, "bw8=0"},
+               {"6 bit", tda, Monochrome, 12, 13, 2, 12, "bw8=0"}};
   for (const auto& c : cases) {
     const Walked w = Walk(WalkSettings(c.direction, c.width, c.height, c.keys, c.mode),
                           Picture({"."}), AreaBounds{0, 0, c.width, c.height});
@@ -281,27 +269,21 @@ TEST(ScanWalker, UpwardWalkInEightColourModeWalksOnePageFewer) {
   }
 }
 
-// ---- Stops ----------------------------------------------------------------------------------
-
 TEST(ScanWalker, EscapeOrAnAbortedCursorStopsTheWalkAtOnce) {
-  const struct {
-    ScanDirection direction;
-    int escapeAt;       // the poll that sees Escape
-    const char* bytes;  // the bytes emitted before it
-  } cases[] = {
+  // Direction, the poll that sees Escape, the bytes emitted before it.
+  const std::tuple<ScanDirection, int, const char*> cases[] = {
       {ScanDirection::tr, 3, "E0 00"},     // row 0 with its two bytes, stops before row 1
       {ScanDirection::td, 4, "E0 80 80"},  // columns 0..2 of the first page
       {ScanDirection::tda, 1, ""},         // the very first poll
-      {ScanDirection::tla, 17, "00 00 00 00 04 00 00 00 00 00 00 00 00 00 00 80"},
-  };
-  for (const auto& c : cases) {
-    const char* key = settings::Info(c.direction).key;
-    test::EscapeOnPoll escape(c.escapeAt);
-    const Walked w = Walk(WalkSettings(c.direction, 16, 16), Sample(), {}, &escape);
+      {ScanDirection::tla, 17, "00 00 00 00 04 00 00 00 00 00 00 00 00 00 00 80"}};
+  for (const auto& [direction, escapeAt, bytes] : cases) {
+    const char* key = settings::Info(direction).key;
+    test::EscapeOnPoll escape(escapeAt);
+    const Walked w = Walk(WalkSettings(direction, 16, 16), Sample(), {}, &escape);
     EXPECT_FALSE(w.completed) << key;
-    EXPECT_EQ(Hex(w.sink.values), c.bytes) << key;
-    EXPECT_EQ(escape.polls, c.escapeAt) << key << ": no poll after the stop";
-    EXPECT_EQ(w.sink.startComments, c.escapeAt - 1) << key << ": no byte begun after the stop";
+    EXPECT_EQ(Hex(w.sink.values), bytes) << key;
+    EXPECT_EQ(escape.polls, escapeAt) << key << ": no poll after the stop";
+    EXPECT_EQ(w.sink.startComments, escapeAt - 1) << key << ": no byte begun after the stop";
     EXPECT_FALSE(w.cursor.Aborted) << key;
   }
   test::EscapeOnPoll never(0);
@@ -311,28 +293,22 @@ TEST(ScanWalker, EscapeOrAnAbortedCursorStopsTheWalkAtOnce) {
   EXPECT_EQ(aborted.sink.startComments + never.polls, 0);
 }
 
-// ---- Half export ----------------------------------------------------------------------------
-
 TEST(ScanWalker, LowerHalfMovesTheHorizontalWalksToTheRowsBelowTheHalvedHeight) {
   // The driver halves GHI to 8 and passes the upper half as the area; the lower half is rows
   // 8..15 of the 16-row picture.
-  const struct {
-    ScanDirection direction;
-    const char* bytes;
-  } cases[] = {
+  const std::tuple<ScanDirection, const char*> cases[] = {
       // Rows 8..12 empty, row 13 has (5,13) as 0x04 in its first byte, row 15 (15,15) as 0x01.
       {ScanDirection::tr, "10:04 15:01"},
       // Byte column 15-8 over rows 8..15: (15,15) is its first pixel, 0x80; then columns 7-0:
       // (5,13) is its third, 0x20.
       {ScanDirection::tla, "7:80 13:20"},
       // Vertical walks ignore the half: page 0 (rows 0-7) as in the full walk.
-      {ScanDirection::td, "0:E0 1:80 2:80 10:08"},
-  };
-  for (const auto& c : cases) {
+      {ScanDirection::td, "0:E0 1:80 2:80 10:08"}};
+  for (const auto& [direction, bytes] : cases) {
     const Walked w =
-        Walk(WalkSettings(c.direction, 16, 8), Sample(), AreaBounds{0, 0, 16, 8}, nullptr, true);
-    EXPECT_EQ(Hex(w.sink.values), Hex(Sparse(16, c.bytes))) << settings::Info(c.direction).key;
-    if (c.direction == ScanDirection::tr) {
+        Walk(WalkSettings(direction, 16, 8), Sample(), AreaBounds{0, 0, 16, 8}, nullptr, true);
+    EXPECT_EQ(Hex(w.sink.values), Hex(Sparse(16, bytes))) << settings::Info(direction).key;
+    if (direction == ScanDirection::tr) {
       EXPECT_EQ(w.cursor.AreaTop, 8);
       EXPECT_EQ(w.cursor.AreaBottom, 16);
     }

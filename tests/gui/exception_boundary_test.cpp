@@ -7,6 +7,7 @@
 #include <QVBoxLayout>
 #include <functional>
 #include <stdexcept>
+#include <tuple>
 
 #include "gui_test_app.h"
 #include "support/scripted_dialogs.h"
@@ -32,25 +33,21 @@ TEST_F(ExceptionBoundaryTest, ACommandThatFinishesLeavesNoTrace) {
 }
 
 TEST_F(ExceptionBoundaryTest, AnythingThrownIsCaughtAndReportedOrHidden) {
-  const struct {
-    std::function<void()> command;
-    app::ExceptionOutcome outcome;
-    const char* errorTextStart;  // the class name of what was thrown
-  } cases[] = {
+  // The last error text starts with the class name of what was thrown.
+  const std::tuple<std::function<void()>, app::ExceptionOutcome, const char*> cases[] = {
       {[] { throw std::domain_error("Division by zero"); }, app::ExceptionOutcome::Hidden, ""},
       {[] {
          throw Failure(Error{Error::Kind::Io, "x.bin", 0, 0, "disk full"});
        },
        app::ExceptionOutcome::Reported, "vt::Failure("},
-      {[] { throw 42; }, app::ExceptionOutcome::Reported, ""},
-  };
+      {[] { throw 42; }, app::ExceptionOutcome::Reported, ""}};
   int number = 0;
-  for (const auto& c : cases) {
-    EXPECT_EQ(RunAtTop(state, dialogs, c.command), c.outcome) << number;
-    EXPECT_TRUE(state.log.LastErrorText.startsWith(QString::fromLatin1(c.errorTextStart)))
+  for (const auto& [command, outcome, errorTextStart] : cases) {
+    EXPECT_EQ(RunAtTop(state, dialogs, command), outcome) << number;
+    EXPECT_TRUE(state.log.LastErrorText.startsWith(QString::fromLatin1(errorTextStart)))
         << state.log.LastErrorText.toStdString();
     EXPECT_EQ(state.log.ExceptionNumber, ++number);
-    if (c.outcome == app::ExceptionOutcome::Hidden) {
+    if (outcome == app::ExceptionOutcome::Hidden) {
       EXPECT_TRUE(dialogs.shown.isEmpty()) << "a hidden exception shows nothing";
     }
   }
@@ -58,9 +55,9 @@ TEST_F(ExceptionBoundaryTest, AnythingThrownIsCaughtAndReportedOrHidden) {
 
 TEST_F(ExceptionBoundaryTest, NamesTheActiveWindowAndTheFocusedControl) {
   QWidget form;
-  form.setObjectName(QStringLiteral("ExploForm"));
+  form.setObjectName("ExploForm");
   auto* edit = new QLineEdit(&form);
-  edit->setObjectName(QStringLiteral("FileNameEdit"));
+  edit->setObjectName("FileNameEdit");
   (new QVBoxLayout(&form))->addWidget(edit);
   form.show();
   form.activateWindow();
@@ -72,9 +69,9 @@ TEST_F(ExceptionBoundaryTest, NamesTheActiveWindowAndTheFocusedControl) {
   EXPECT_EQ(
       RunAtTop(state, dialogs, [] { throw std::out_of_range("List index out of bounds (7)"); }),
       app::ExceptionOutcome::Reported);
-  EXPECT_EQ(state.log.LastForm, QStringLiteral("ExploForm"));
-  EXPECT_EQ(state.log.LastControl, QStringLiteral("FileNameEdit"));
-  EXPECT_EQ(state.log.LastErrorText, QStringLiteral("LI Error =(ExploForm[FileNameEdit])"));
+  EXPECT_EQ(state.log.LastForm, "ExploForm");
+  EXPECT_EQ(state.log.LastControl, "FileNameEdit");
+  EXPECT_EQ(state.log.LastErrorText, "LI Error =(ExploForm[FileNameEdit])");
   EXPECT_EQ(state.log.ExceptionNumber, 1);
 }
 

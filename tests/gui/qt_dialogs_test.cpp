@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <QKeyEvent>
+#include <tuple>
 
 #include "gui_test_app.h"
 
@@ -20,8 +21,8 @@ using test::WhenBoxShows;
 
 DialogRequest Request(int buttons, QStringList customCaptions = {}) {
   DialogRequest request;
-  request.text = QStringLiteral("Question");
-  request.caption = QStringLiteral("Confirm");
+  request.text = "Question";
+  request.caption = "Confirm";
   request.type = DialogType::Confirmation;
   request.buttons = buttons;
   request.customCaptions = std::move(customCaptions);
@@ -74,8 +75,7 @@ TEST_F(QtDialogsTest, ShowsTheCaptionsOfTheSetAndAnswersTheCodeOfTheOneClicked) 
        false,
        {A::Abort, A::Retry, A::Ignore}},
       {B::Ok | B::Cancel | B::Retry, "Save+Quit|Cancel|Quit", true, {A::Ok, A::Cancel, A::Retry}},
-      {B::Ok | B::Cancel | B::Retry, "Quit Script|Cancel", true, {A::Ok, A::Cancel}},
-  };
+      {B::Ok | B::Cancel | B::Retry, "Quit Script|Cancel", true, {A::Ok, A::Cancel}}};
   for (const auto& set : sets) {
     const QStringList captions = QString::fromLatin1(set.captions).split(QLatin1Char('|'));
     for (qsizetype i = 0; i < captions.size(); ++i) {
@@ -91,28 +91,21 @@ TEST_F(QtDialogsTest, ShowsTheCaptionsOfTheSetAndAnswersTheCodeOfTheOneClicked) 
 }
 
 TEST_F(QtDialogsTest, ShowsCarriageReturnsAsLineBreaksWithCaptionAndIconOfTheType) {
-  const struct {
-    DialogType type;
-    const char* caption;
-    QMessageBox::Icon icon;
-    const char* title;
-  } cases[] = {
+  const std::tuple<DialogType, const char*, QMessageBox::Icon, const char*> cases[] = {
       {DialogType::Error, "Quit ?", QMessageBox::Critical, "Quit ?"},
       {DialogType::Warning, "", QMessageBox::Warning, "Warning"},
       {DialogType::Information, "Info", QMessageBox::Information, "Info"},
-      {DialogType::Confirmation, "", QMessageBox::Question, "Confirm"},
-  };
-  for (const auto& c : cases) {
+      {DialogType::Confirmation, "", QMessageBox::Question, "Confirm"}};
+  for (const auto& [type, caption, icon, title] : cases) {
     DialogRequest request = Request(Buttons::Ok);
-    request.text = QStringLiteral(" Quit Vantorelle ? \r Artwork has not been saved ! \r\nEnd");
-    request.caption = QString::fromLatin1(c.caption);
-    request.type = c.type;
+    request.text = " Quit Vantorelle ? \r Artwork has not been saved ! \r\nEnd";
+    request.caption = QString::fromLatin1(caption);
+    request.type = type;
     SeenBox seen;
-    Show(request, Click(QStringLiteral("&Ok")), seen);
-    EXPECT_EQ(seen.title, QString::fromLatin1(c.title));
-    EXPECT_EQ(seen.text,
-              QStringLiteral(" Quit Vantorelle ? \n Artwork has not been saved ! \nEnd"));
-    EXPECT_EQ(seen.icon, c.icon) << c.title;
+    Show(request, Click("&Ok"), seen);
+    EXPECT_EQ(seen.title, QString::fromLatin1(title));
+    EXPECT_EQ(seen.text, " Quit Vantorelle ? \n Artwork has not been saved ! \nEnd");
+    EXPECT_EQ(seen.icon, icon) << title;
   }
 }
 
@@ -135,11 +128,11 @@ TEST_F(QtDialogsTest, TheStarCheckBoxStartsFromTheRequestAndIsHandedBack) {
   SeenBox seen;
   const auto uncheckAndClick = [](QMessageBox& box) {
     box.checkBox()->setChecked(false);
-    return Click(QStringLiteral("&Ok"))(box);
+    return Click("&Ok")(box);
   };
   EXPECT_EQ(Show(request, uncheckAndClick, seen), Answer::Ok);
-  EXPECT_EQ(seen.checkBoxText, QStringLiteral("*"));
-  EXPECT_EQ(seen.checkBoxToolTip, QStringLiteral("Desktop centered = checked"));
+  EXPECT_EQ(seen.checkBoxText, "*");
+  EXPECT_EQ(seen.checkBoxToolTip, "Desktop centered = checked");
   EXPECT_TRUE(seen.checkBoxChecked);
   EXPECT_EQ(dialogs.LastDesktopCentered(), false);
 }

@@ -130,8 +130,8 @@ TEST(SelectScanDirection, SizeOffThePageGridRefusesWithTheButtonsTextAndChangesN
     EXPECT_EQ(f.Select(direction), error == '-');
     EXPECT_EQ(f.ts.dialogs.Texts(), SizeErrors(error));
     if (error == '-') continue;
-    EXPECT_EQ(f.ts.dialogs.shown[0].caption, QStringLiteral("Error"));
-    EXPECT_EQ(ScanKeys(f.state.settings), QStringLiteral("tra CORN1"));
+    EXPECT_EQ(f.ts.dialogs.shown[0].caption, "Error");
+    EXPECT_EQ(ScanKeys(f.state.settings), "tra CORN1");
     EXPECT_EQ(QSize(f.state.settings.display.GWI, f.state.settings.display.GHI),
               QSize(width, height));
     EXPECT_EQ(CurrentPixelMode(f.state.settings), mode);
@@ -147,7 +147,7 @@ TEST(SelectScanDirection, SixBitModeIsNotRefusedOnHorizontalDirections) {
   // A vertical direction sets bw8 before its size check, and the check then applies.
   EXPECT_FALSE(f.Select(D::td));
   EXPECT_TRUE(f.state.settings.pixel.bw8);
-  EXPECT_EQ(ScanKeys(f.state.settings), QStringLiteral("tl CORN2"));
+  EXPECT_EQ(ScanKeys(f.state.settings), "tl CORN2");
 }
 
 TEST(SelectOriginCorner, SetsOneCornerLogsItsTextAndStaysWhileAFontIsDefined) {
@@ -177,10 +177,10 @@ TEST(PagingHint, NamesTheMultipleAlongTheScanOrFreeSizes) {
   for (const auto& [mode, direction, rule, scheme] : rows) {
     const PagingHintText hint = PagingHint(Fixture(mode, direction).state.settings);
     EXPECT_EQ(hint.sizeRule, rule);
-    EXPECT_EQ(hint.scheme, scheme + QStringLiteral(" paging scheme"));
+    EXPECT_EQ(hint.scheme, QString(scheme) + " paging scheme");
   }
-  EXPECT_EQ(FormatGeneralReal(0.5), QStringLiteral("0.5"));
-  EXPECT_EQ(FormatGeneralReal(8.0 / 3.0), QStringLiteral("2.66666666666667"));
+  EXPECT_EQ(FormatGeneralReal(0.5), "0.5");
+  EXPECT_EQ(FormatGeneralReal(8.0 / 3.0), "2.66666666666667");
 }
 
 TEST(PageCount, CountsWholePagesWithTheWalkersExceptions) {
@@ -245,15 +245,15 @@ TEST(CustomSizes, FillFreeSlotsKeepDuplicatesAndOverwriteTheLastWhenFull) {
     EXPECT_EQ(AddCustomSize(settings, QSize(200 + i, 10)), i);
   }
   EXPECT_EQ(AddCustomSize(settings, QSize(7, 7)), kCustomSizeSlots - 1);
-  EXPECT_EQ(CustomSizeCaptions(settings).last(), QStringLiteral("Custom 7 x 7"));
+  EXPECT_EQ(CustomSizeCaptions(settings).last(), "Custom 7 x 7");
   EXPECT_EQ(CustomSizeCaptions(settings).size(), kCustomSizeSlots);
 }
 
 TEST(UserSizeTyping, StoresCutsOrRestoresAndWarnsOnlyOverTheLimit) {
   const QString heightMessage =
-      QStringLiteral(" In vertical mode, height must be a multiple of 2.66666666 and <= 768 !");
+      " In vertical mode, height must be a multiple of 2.66666666 and <= 768 !";
   const QString widthMessage =
-      QStringLiteral(" In horizontal mode, width must be a multiple of 2.66666666 and <= 1024 !");
+      " In horizontal mode, width must be a multiple of 2.66666666 and <= 1024 !";
   // '-': taken or restored quietly, 'b': cut with a beep, 'w': cut with a beep and the warning.
   const std::tuple<char, M, D, const char*, int, char> rows[] = {
       {'H', M::Monochrome, D::td, "abc", 64, '-'},    {'H', M::Monochrome, D::td, "0", 64, '-'},
@@ -287,7 +287,7 @@ TEST(UserSizeTyping, StoresCutsOrRestoresAndWarnsOnlyOverTheLimit) {
 }
 
 TEST(UserSizeConfirm, SetsTheSizeRemembersItAndOffersTheOtherScheme) {
-  const QString ok = QStringLiteral(" User Dot Matrix Size has been defined ! ");
+  const QString ok = " User Dot Matrix Size has been defined ! ";
   const QString toV = QStringLiteral(
       "Dot matrix size not compatible with horizontal paging scheme !\rDo you want to change "
       "paging scheme orientation to vertical ?");
@@ -329,7 +329,7 @@ TEST(UserSizeConfirm, SetsTheSizeRemembersItAndOffersTheOtherScheme) {
     const QStringList& log = f.state.log.Lines();
     const qsizetype at = log.indexOf(QStringLiteral("H:=%1 W:=%2").arg(height).arg(width));
     ASSERT_GE(at, 0);
-    EXPECT_EQ(log.value(at + 1), QStringLiteral("Dot matrix size = User defined"));
+    EXPECT_EQ(log.value(at + 1), "Dot matrix size = User defined");
   }
 }
 
@@ -340,8 +340,8 @@ TEST(UserSizeConfirm, NoTypedSizeIsReportedAsAFaultAndChangesNothing) {
     f.state.settings.display.MATH = typed.height();
     EXPECT_FALSE(LCDmatrixSizeUserDefinedClick(f.state, f.ts.services));
     EXPECT_EQ(f.ts.dialogs.Texts(), QStringList{"User Size Define Error !"});
-    EXPECT_EQ(f.ts.dialogs.shown[0].caption, QStringLiteral("Error"));
-    EXPECT_TRUE(f.state.log.Lines().contains(QStringLiteral("User Size Define Error")));
+    EXPECT_EQ(f.ts.dialogs.shown[0].caption, "Error");
+    EXPECT_TRUE(f.state.log.Lines().contains("User Size Define Error"));
     EXPECT_EQ(f.state.settings.display.GWI, 128);
     EXPECT_FALSE(f.state.settings.display.USmat);
     EXPECT_TRUE(CustomSizeCaptions(f.state.settings).isEmpty());

@@ -169,7 +169,7 @@ TEST(SelectPixelMode, NonBlankCanvasAsksTheModesQuestionAndARefusalChangesNothin
     EXPECT_EQ(f.ts.dialogs.Texts(),
               QStringList{QStringLiteral(" Clear the work canvas before to change to %1 mode ? ")
                               .arg(QString::fromLatin1(c.question))});
-    EXPECT_EQ(f.ts.dialogs.shown[0].caption, QStringLiteral("Canvas not cleared"));
+    EXPECT_EQ(f.ts.dialogs.shown[0].caption, "Canvas not cleared");
     EXPECT_EQ(ModeFlagsOf(f.state.settings.pixel), before);
     EXPECT_EQ(f.state.canvas.Pixel(3, 2), 0x0000FFu);
 
@@ -199,9 +199,9 @@ TEST(SelectPixelMode, MonochromeWarnsOnlyWhenTheCanvasIsNotBlackAndWhite) {
   g.ts.dialogs.Answer(Answer::Cancel);
   EXPECT_FALSE(g.Select(M::MonochromeInverted));
   EXPECT_EQ(g.ts.dialogs.Texts(), QStringList{" Work Canvas will be cleared ! "});
-  EXPECT_EQ(g.ts.dialogs.shown[0].caption, QStringLiteral("Warning"));
+  EXPECT_EQ(g.ts.dialogs.shown[0].caption, "Warning");
   EXPECT_EQ(g.ts.dialogs.shown[0].type, DialogType::Warning);
-  EXPECT_TRUE(g.state.log.Lines().contains(QStringLiteral("Canceled !")));
+  EXPECT_TRUE(g.state.log.Lines().contains("Canceled !"));
   EXPECT_EQ(CurrentPixelMode(g.state.settings), M::Gray4);
   EXPECT_EQ(g.state.canvas.Pixel(1, 1), 0x808080u);
 
