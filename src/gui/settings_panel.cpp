@@ -11,6 +11,8 @@
 #include "app/modes.h"
 #include "app/shell_commands.h"
 #include "convert/constant_format.h"
+#include "convert/reorder_preview.h"
+#include "gui/reorder_preview_view.h"
 #include "settings/geometry.h"
 #include "settings/pixel_modes.h"
 
@@ -100,6 +102,8 @@ SettingsPanel::SettingsPanel(app::AppState& state, app::Services& services, RunC
   form->addRow(QStringLiteral("Output width"), width_);
   form->addRow(QStringLiteral("Data format"), format_);
   form->addRow(hint_);
+  preview_ = new ReorderPreviewView;
+  form->addRow(preview_);
   setWidget(body);
 
   Choose(mode_, [this](int i) {
@@ -167,6 +171,7 @@ void SettingsPanel::Sync() {
   Select(format_, static_cast<int>(convert::CurrentConstantFormat(s.format)));
   const settings::PagingHintText hint = settings::PagingHint(s);
   hint_->setText(hint.scheme + QLatin1Char('\n') + hint.sizeRule);
+  if (const auto preview = convert::RenumberingNormalGrid(s)) preview_->Show(*preview);
   syncing_ = false;
 }
 

@@ -12,6 +12,8 @@ class QLabel;
 
 namespace vt::gui {
 
+class ReorderPreviewView;
+
 /// The output settings at a glance: pixel mode, data direction, origin corner, bit order,
 /// display size, output width and constant format. Each choice is a command of the core
 /// selectors, run through `run` (caption first, the exception boundary, the refresh); a
@@ -33,6 +35,7 @@ class SettingsPanel final : public QDockWidget {
   QComboBox* SizeBox() const { return size_; }
   QComboBox* WidthBox() const { return width_; }
   QComboBox* FormatBox() const { return format_; }
+  ReorderPreviewView* Preview() const { return preview_; }
 
  private:
   void Choose(QComboBox* box, const std::function<void(int index)>& apply);
@@ -50,6 +53,7 @@ class SettingsPanel final : public QDockWidget {
   QComboBox* width_ = nullptr;
   QComboBox* format_ = nullptr;
   QLabel* hint_ = nullptr;
+  ReorderPreviewView* preview_ = nullptr;
   bool syncing_ = false;
 };
 

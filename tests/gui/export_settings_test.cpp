@@ -11,6 +11,7 @@
 #include "app/startup.h"
 #include "gui/export_dialog.h"
 #include "gui/settings_panel.h"
+#include "gui/reorder_preview_view.h"
 #include "gui_test_app.h"
 #include "support/temp_folders.h"
 
@@ -79,6 +80,12 @@ TEST_F(ExportAndSettings, EachSettingsBoxRunsItsSelectorAsACommand) {
     std::function<bool()> done;
     const char* caption;  // nullptr: the box's own text
   } cases[] = {
+      {panel.BitOrderBox(), 0,
+       [&] {  // the default walk, rows of 128 pixels, numbers the corner row by row
+         const auto& cells = panel.Preview()->Preview().cells;
+         return cells[0][7] == 8 && cells[1][0] == 129;
+       },
+       nullptr},
       {panel.WidthBox(), 3, [&] { return state.files.OutputFileName == "NewBitmap.bin"; }, nullptr},
       {panel.FormatBox(), 1, [&] { return state.settings.format.FXHB == "H"; }, nullptr},
       {panel.BitOrderBox(), 1, [&] { return !state.settings.scan.MSBF; }, nullptr},
