@@ -2,12 +2,12 @@
 #include "cli/cli.h"
 
 #include <QFileInfo>
-#include <QImageReader>
 #include <QRegularExpression>
 
 #include "app/configuration.h"
 #include "app/state.h"
 #include "canvas/color_reduction.h"
+#include "canvas/graphic_loading.h"
 #include "canvas/threshold.h"
 #include "convert/data_text.h"
 #include "convert/export_driver.h"
@@ -320,10 +320,10 @@ struct ExportOptions {
   QString direction;
   QString corner;
   QStringList assignments;
-  QString output;  ///< empty: OFP under the output name
+  QString output;       ///< empty: OFP under the output name
   QString outputWidth;  ///< 8, 16, 32, bin or ihex; empty: as the settings say
-  QString threshold;  ///< monochrome: the threshold slider position, 0..255
-  QString dither;     ///< monochrome: the dithering method's command-line name
+  QString threshold;    ///< monochrome: the threshold slider position, 0..255
+  QString dither;       ///< monochrome: the dithering method's command-line name
 };
 
 /// Parses the export command's arguments; kExitUsage after telling why.
@@ -403,22 +403,17 @@ Result<QImage> ReadPicture(const QString& path) {
     return Error{kind, path, 0, 0, message};
   };
   if (!QFileInfo(path).isFile()) return failed(Error::Kind::Io, QStringLiteral("no such file"));
-  QImageReader reader(path);
   const QString tooLarge =
       QStringLiteral("the picture is %1x%2 pixels; a display is at most %3x%4");
-  const QSize declared = reader.size();
-  if (declared.isValid() && (declared.width() > settings::kMaxUserWidth ||
-                             declared.height() > settings::kMaxUserHeight)) {
-    return failed(Error::Kind::Limit, tooLarge.arg(declared.width())
-                                          .arg(declared.height())
-                                          .arg(settings::kMaxUserWidth)
-                                          .arg(settings::kMaxUserHeight));
+  // The loader of the desktop program: the same formats, and a size checked on the header
+  // before any pixel is decoded. An SVG is drawn at its own size.
+  const Result<canvas::DecodedGraphic> decoded = canvas::DecodeGraphic(path, {});
+  if (!decoded) {
+    return decoded.error().kind == Error::Kind::Refused
+               ? failed(Error::Kind::Parse, QStringLiteral("not a graphic file the loader takes"))
+               : decoded.error();
   }
-  QImage image = reader.read();
-  if (image.isNull()) {
-    return failed(Error::Kind::Parse,
-                  QStringLiteral("not a picture that can be read: ") + reader.errorString());
-  }
+  QImage image = decoded.value().frames.first();
   if (image.width() > settings::kMaxUserWidth || image.height() > settings::kMaxUserHeight) {
     return failed(Error::Kind::Limit, tooLarge.arg(image.width())
                                           .arg(image.height())

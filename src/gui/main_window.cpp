@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "gui/main_window.h"
 
+#include <QAbstractItemView>
 #include <QAction>
 #include <QApplication>
 #include <QBuffer>
 #include <QCloseEvent>
 #include <QComboBox>
-#include <QAbstractItemView>
 #include <QCoreApplication>
+#include <QDockWidget>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QGridLayout>
@@ -29,9 +30,12 @@
 #include "app/shell_commands.h"
 #include "app/startup.h"
 #include "canvas/canvas_commands.h"
+#include "canvas/color_reduction.h"
+#include "canvas/graphic_loading.h"
 #include "gui/canvas_view.h"
 #include "gui/escape_poll.h"
 #include "gui/exception_boundary.h"
+#include "gui/explorer.h"
 #include "gui/export_dialog.h"
 #include "gui/log_window.h"
 #include "gui/qt_dialogs.h"
@@ -50,10 +54,9 @@ const QString kHideLogWindow = QStringLiteral("Hide Log Window");
 const QString kShowLogWindow = QStringLiteral("Show Log Window");
 constexpr int kLogPollMs = 250;
 
-const char* const kRibbonPages[] = {"Windows",       "GLCD Graphic",     "Text+Hex Editors",
-                                    "GLCD Vectors",  "GLCD Fonts",       "GLCD Touch",
-                                    "Batch Processing", "Animation",     "Connectivity",
-                                    "Color Palette"};
+const char* const kRibbonPages[] = {
+    "Windows",    "GLCD Graphic",     "Text+Hex Editors", "GLCD Vectors", "GLCD Fonts",
+    "GLCD Touch", "Batch Processing", "Animation",        "Connectivity", "Color Palette"};
 
 /// A command whose work is not in this version: shown, greyed, and saying so.
 struct Planned {
@@ -165,9 +168,9 @@ MainWindow::MainWindow(std::unique_ptr<DesktopServices> desktop, app::Services* 
   instance_ = std::make_unique<app::SingleInstance>(services_.folders.Documents(),
                                                     QStringLiteral("Vantorelle"));
   bool started = false;
-  if (RunAtTop(state_, services_.dialogs, [this, &started] {
-        started = app::StartUp(state_, services_, instance_.get());
-      }) == app::ExceptionOutcome::Terminate ||
+  if (RunAtTop(state_, services_.dialogs,
+               [this, &started] { started = app::StartUp(state_, services_, instance_.get()); }) ==
+          app::ExceptionOutcome::Terminate ||
       !started) {
     terminated_ = true;
     shutDown_ = true;
@@ -187,7 +190,9 @@ MainWindow::MainWindow(std::unique_ptr<DesktopServices> desktop, app::Services* 
   step(1);  // the grids form: the output settings
   settingsPanel_ = new SettingsPanel(
       state_, services_,
-      [this](const QString& caption, const std::function<void()>& work) { RunCommand(caption, work); },
+      [this](const QString& caption, const std::function<void()>& work) {
+        RunCommand(caption, work);
+      },
       this);
   addDockWidget(Qt::RightDockWidgetArea, settingsPanel_);
   step(6);
@@ -221,11 +226,43 @@ MainWindow::MainWindow(std::unique_ptr<DesktopServices> desktop, app::Services* 
   statusBar()->addPermanentWidget(sizeLabel_);
   if (desktop_) {
     desktop_->escape.onPoll = [this] {
-      if (progress_->isVisible()) progress_->setValue(qMin(progress_->maximum(), progress_->value() + 1));
+      if (progress_->isVisible())
+        progress_->setValue(qMin(progress_->maximum(), progress_->value() + 1));
     };
   }
 
+  // The projects explorer shares the right side with the output settings.
+  auto* explorerDock = new QDockWidget(QStringLiteral("Projects Explorer"), this);
+  explorerDock->setObjectName(QStringLiteral("ExploForm"));
+  explorer_ = new Explorer(state_, services_, explorerDock);
+  explorerDock->setWidget(explorer_);
+  addDockWidget(Qt::RightDockWidgetArea, explorerDock);
+  tabifyDockWidget(settingsPanel_, explorerDock);
+  settingsPanel_->raise();
+  connect(explorer_, &Explorer::loadRequested, this,
+          [this](const QString& path, app::LoadDispatch dispatch) {
+            if (!dispatch.logLine.isEmpty()) state_.log.StatusBarAndLog(dispatch.logLine);
+            switch (dispatch.target) {
+              case app::LoadTarget::Bitmap:
+              case app::LoadTarget::Png:
+              case app::LoadTarget::Jpeg:
+              case app::LoadTarget::Tiff:
+              case app::LoadTarget::Gif:
+              case app::LoadTarget::Svg:
+                RunCommand(QStringLiteral("Load Graphic"), [this, path] { LoadPicture(path); });
+                break;
+              default:  // scripts and batches open once their tools exist
+                state_.log.StatusBarAndLog(NotAvailableText());
+                Refresh();
+            }
+          });
+  connect(explorer_, &Explorer::projectActivated, this, [this] {
+    settingsPanel_->Sync();
+    Refresh();
+  });
+
   BuildRibbonAndMenus();
+  windowsMenu_->addAction(explorerDock->toggleViewAction());
   connect(logWindow_, &QDockWidget::visibilityChanged, this, [this] { UpdateLogWindowCaption(); });
   UpdateLogWindowCaption();
   RestorePositions();
@@ -289,7 +326,8 @@ void MainWindow::BuildRibbonAndMenus() {
     const QStringList captions = app::FileListCaptions(static_cast<app::RibbonPage>(page));
     files->addItem(captions.join(QStringLiteral("  ")));
     if (captions.first() == QStringLiteral("Recent Files >")) {
-      for (const QString& item : app::UpdateMRUFs(state_)) files->addItem(app::MRUFPath(item), item);
+      for (const QString& item : app::UpdateMRUFs(state_))
+        files->addItem(app::MRUFPath(item), item);
     }
   };
   connect(ribbon_, &QTabWidget::currentChanged, this, fillFiles);
@@ -320,13 +358,15 @@ void MainWindow::BuildRibbonAndMenus() {
   hideLogWindowAction_->setToolTip(QString());
   connect(hideLogWindowAction_, &QAction::triggered, this, [this] { HideLogWindow1Click(); });
   onPage(0, hideLogWindowAction_);
-  QAction* zoomIn = onPage(0, AddCommand(QStringLiteral("Zoom In"), "ZoomIn",
-                                         [this] { canvasView_->SetZoom(canvasView_->Zoom() * 2); }));
-  QAction* zoomOut = onPage(0, AddCommand(QStringLiteral("Zoom Out"), "ZoomOut",
-                                          [this] { canvasView_->SetZoom(canvasView_->Zoom() / 2); }));
+  QAction* zoomIn = onPage(0, AddCommand(QStringLiteral("Zoom In"), "ZoomIn", [this] {
+                             canvasView_->SetZoom(canvasView_->Zoom() * 2);
+                           }));
+  QAction* zoomOut = onPage(0, AddCommand(QStringLiteral("Zoom Out"), "ZoomOut", [this] {
+                              canvasView_->SetZoom(canvasView_->Zoom() / 2);
+                            }));
   QAction* grid = onPage(0, AddCommand(QStringLiteral("Pixel Grid"), "PixelGrid", [this] {
-    canvasView_->SetGridVisible(!canvasView_->GridVisible());
-  }));
+                           canvasView_->SetGridVisible(!canvasView_->GridVisible());
+                         }));
   zoomIn->setShortcut(QKeySequence::ZoomIn);
   zoomOut->setShortcut(QKeySequence::ZoomOut);
   QAction* panel = onPage(0, settingsPanel_->toggleViewAction());
@@ -336,14 +376,15 @@ void MainWindow::BuildRibbonAndMenus() {
   connect(logWindow_->SaveLogAction(), &QAction::triggered, saveLog, &QAction::trigger);
 
   // GLCD Graphic
-  QAction* exportData = onPage(1, AddCommand(QStringLiteral("Export Work Canvas to Data"),
-                                             "ConvertToDataToolButton",
-                                             [this] { ConvertToDataToolButtonClick(); }));
-  QAction* load = onPage(1, AddCommand(QStringLiteral("Load Graphic Dialog"), "LoadGraphicToolButton",
-                                       [this] { LoadGraphicToolButtonClick(); }));
-  QAction* artwork = onPage(1, AddCommand(QStringLiteral("Define Artwork Name"),
-                                          "DefineArtworkToolbutton",
-                                          [this] { DefineArtworkToolbuttonClick(); }));
+  QAction* exportData =
+      onPage(1, AddCommand(QStringLiteral("Export Work Canvas to Data"), "ConvertToDataToolButton",
+                           [this] { ConvertToDataToolButtonClick(); }));
+  QAction* load =
+      onPage(1, AddCommand(QStringLiteral("Load Graphic Dialog"), "LoadGraphicToolButton",
+                           [this] { LoadGraphicToolButtonClick(); }));
+  QAction* artwork =
+      onPage(1, AddCommand(QStringLiteral("Define Artwork Name"), "DefineArtworkToolbutton",
+                           [this] { DefineArtworkToolbuttonClick(); }));
   for (const ModeCommand& m : kModeCommands) {
     const app::SpecialMode mode = m.mode;
     onPage(m.page, AddCommand(QString::fromLatin1(m.caption), m.handler,
@@ -371,8 +412,9 @@ void MainWindow::BuildRibbonAndMenus() {
   connect(recent, &QMenu::aboutToShow, this, [this, recent] {
     recent->clear();
     for (const QString& item : app::UpdateMRUFs(state_)) {
-      connect(recent->addAction(item), &QAction::triggered, this,
-              [this, item] { RunCommand(QStringLiteral("Recent combo click"), [this, item] { MRUFClick(item); }); });
+      connect(recent->addAction(item), &QAction::triggered, this, [this, item] {
+        RunCommand(QStringLiteral("Recent combo click"), [this, item] { MRUFClick(item); });
+      });
     }
   });
   file->addSeparator();
@@ -382,7 +424,8 @@ void MainWindow::BuildRibbonAndMenus() {
   exit->setObjectName(QStringLiteral("FileExit1"));
   connect(exit, &QAction::triggered, this, [this] {
     bool ends = false;
-    RunAtTop(state_, services_.dialogs, [this, &ends] { ends = app::FileExit1Execute(state_, services_); });
+    RunAtTop(state_, services_.dialogs,
+             [this, &ends] { ends = app::FileExit1Execute(state_, services_); });
     Refresh();
     if (ends) {
       shutDown_ = true;
@@ -394,9 +437,9 @@ void MainWindow::BuildRibbonAndMenus() {
   QMenu* modes = output->addMenu(QStringLiteral("Pixel Mode"));
   for (const settings::PixelModeInfo& info : settings::PixelModeTable()) {
     const settings::PixelMode mode = info.mode;
-    QAction* action = AddCommand(QString::fromLatin1(info.menuCaption), "PixelModeMenu", [this, mode] {
-      app::PixelModeMenuClick(state_, services_, mode);
-    });
+    QAction* action =
+        AddCommand(QString::fromLatin1(info.menuCaption), "PixelModeMenu",
+                   [this, mode] { app::PixelModeMenuClick(state_, services_, mode); });
     modes->addAction(action);
     pixelModeActions_ << action;
   }
@@ -427,6 +470,7 @@ void MainWindow::BuildRibbonAndMenus() {
                                [this] { app::ExitSpecialMode1Click(state_, services_); }));
 
   QMenu* windows = menuBar()->addMenu(QStringLiteral("&Windows"));
+  windowsMenu_ = windows;
   for (QAction* a : {hideLogWindowAction_, zoomIn, zoomOut, grid}) windows->addAction(a);
 }
 
@@ -486,24 +530,45 @@ void MainWindow::UpdateLogWindowCaption() {
 void MainWindow::LoadGraphicToolButtonClick() {
   const QString path = QFileDialog::getOpenFileName(
       this, QStringLiteral("Load Graphic"), services_.folders.Pictures(),
-      QStringLiteral("Pictures (*.bmp *.png *.jpg *.jpeg *.gif *.tif *.tiff *.ico)"));
+      QStringLiteral("Pictures (*.bmp *.png *.jpg *.jpeg *.gif *.tif *.tiff *.ico *.svg)"));
   if (!path.isEmpty()) LoadPicture(path);
 }
 
 void MainWindow::LoadPicture(const QString& path) {
   if (app::CheckMode(state_, services_, 0)) return;
-  const QImage picture(path);
-  if (picture.isNull()) {
-    app::MessageDlgA(state_, services_.dialogs, QStringLiteral(" Cannot read the picture ") + path,
-                     QStringLiteral("Error"), 0, platform::Buttons::Ok, platform::DialogType::Error);
+  const auto decoded =
+      canvas::DecodeGraphic(path, QSize(state_.canvas.Width(), state_.canvas.Height()));
+  if (!decoded) {
+    state_.log.StatusBarAndLog(decoded.error().ToString());
+    app::MessageDlgA(
+        state_, services_.dialogs,
+        decoded.error().kind == Error::Kind::Refused
+            ? QFileInfo(path).fileName() + QStringLiteral(" is is not a valid graphic file ! ")
+            : QStringLiteral("Graphic loading Error"),
+        QStringLiteral("Loading a Graphic Error"), 0, platform::Buttons::Ok,
+        platform::DialogType::Error);
     return;
   }
+  QImage picture = decoded.value().frames.first();
+  if (picture.width() > settings::kMaxUserWidth || picture.height() > settings::kMaxUserHeight) {
+    picture = canvas::PropotionalResize(picture,
+                                        QSize(settings::kMaxUserWidth, settings::kMaxUserHeight));
+  }
+  // The display takes the picture's size; gray and colour modes reduce it to their palette,
+  // monochrome takes the dark pixels as black.
   settings::SetDisplaySize(state_, picture.width(), picture.height());
-  const QImage gray = picture.convertToFormat(QImage::Format_Grayscale8);
-  for (int y = 0; y < gray.height(); ++y) {
-    const uchar* row = gray.constScanLine(y);
-    for (int x = 0; x < gray.width(); ++x) {
-      state_.canvas.SetPixel(x, y, row[x] < 128 ? canvas::kBlack : canvas::kWhite);
+  const settings::PixelMode mode = canvas::ModeOf(state_.settings);
+  if (!settings::IsMonochromeMode(mode)) {
+    canvas::LoadModePalette(state_, services_);
+    canvas::ReduceLikeLoading(picture, state_.palettes, mode, services_.escape);
+    state_.canvas.Restore(picture);
+  } else {
+    const QImage gray = picture.convertToFormat(QImage::Format_Grayscale8);
+    for (int y = 0; y < gray.height(); ++y) {
+      const uchar* row = gray.constScanLine(y);
+      for (int x = 0; x < gray.width(); ++x) {
+        state_.canvas.SetPixel(x, y, row[x] < 128 ? canvas::kBlack : canvas::kWhite);
+      }
     }
   }
   state_.settings.output.nbmfn = QFileInfo(path).fileName();
@@ -545,7 +610,8 @@ std::unique_ptr<ExportDialog> MainWindow::MakeExportDialog() {
     layout.EXLE = 100;
     layout.EXTO = 50;
   }
-  auto dialog = std::make_unique<ExportDialog>(convert::FillExportDialog(state_, lastExport_), this);
+  auto dialog =
+      std::make_unique<ExportDialog>(convert::FillExportDialog(state_, lastExport_), this);
   dialog->move(layout.EXLE, layout.EXTO);
   return dialog;
 }
@@ -567,9 +633,10 @@ convert::ExportResult MainWindow::RunExport(const convert::ExportRequest& reques
   // The walk polls Escape and pumps events: nothing else may start meanwhile.
   menuBar()->setEnabled(false);
   ribbon_->setEnabled(false);
-  progress_->setRange(0, qMax(1, static_cast<int>(state_.settings.display.GWI *
-                                                  state_.settings.display.GHI /
-                                                  settings::PixelsPerByte(state_.settings)) + 1));
+  progress_->setRange(
+      0, qMax(1, static_cast<int>(state_.settings.display.GWI * state_.settings.display.GHI /
+                                  settings::PixelsPerByte(state_.settings)) +
+                     1));
   progress_->setValue(0);
   progress_->setVisible(confirmed);
   QApplication::setOverrideCursor(Qt::WaitCursor);
@@ -603,8 +670,8 @@ bool MainWindow::SaveArtwork() {
   QBuffer buffer(&bytes);
   buffer.open(QIODevice::WriteOnly);
   const QString name = state_.settings.output.nbmfn;
-  const QString suffix = QFileInfo(name).suffix().isEmpty() ? QStringLiteral("bmp")
-                                                            : QFileInfo(name).suffix();
+  const QString suffix =
+      QFileInfo(name).suffix().isEmpty() ? QStringLiteral("bmp") : QFileInfo(name).suffix();
   if (!state_.canvas.Bitmap().save(&buffer, suffix.toLatin1().constData())) return false;
   const QString path = services_.folders.Pictures() + QLatin1Char('/') + name;
   if (!WriteFileAtomically(path, bytes).ok()) return false;

@@ -10,6 +10,7 @@
 
 class QAction;
 class QLabel;
+class QMenu;
 class QProgressBar;
 class QScrollArea;
 class QTabWidget;
@@ -22,6 +23,7 @@ class SingleInstance;
 namespace vt::gui {
 
 class CanvasView;
+class Explorer;
 class EditorTabs;
 class ExportDialog;
 class LogWindow;
@@ -57,6 +59,7 @@ class MainWindow final : public QMainWindow {
   CanvasView* Canvas() const { return canvasView_; }
   EditorTabs* Editors() const { return editors_; }
   SettingsPanel* Settings() const { return settingsPanel_; }
+  Explorer* ProjectsExplorer() const { return explorer_; }
   QTabWidget* Ribbon() const { return ribbon_; }
   /// Windows > Hide Log Window / Show Log Window.
   QAction* HideLogWindowAction() const { return hideLogWindowAction_; }
@@ -126,6 +129,8 @@ class MainWindow final : public QMainWindow {
   QScrollArea* canvasArea_ = nullptr;
   EditorTabs* editors_ = nullptr;
   SettingsPanel* settingsPanel_ = nullptr;
+  Explorer* explorer_ = nullptr;
+  QMenu* windowsMenu_ = nullptr;
   LogWindow* logWindow_ = nullptr;
   QAction* hideLogWindowAction_ = nullptr;
   QList<QAction*> pixelModeActions_;

@@ -114,6 +114,33 @@ TEST_F(CliExport, EveryDirectionWritesTheBytesOfItsWalk) {
   }
 }
 
+TEST_F(CliExport, TheLoadersFormatsWorkHeadless) {
+  // 16 x 8, black in the left half: each row gives FF 00 in the default walk.
+  QImage half(16, 8, QImage::Format_RGB32);
+  half.fill(Qt::white);
+  for (int y = 0; y < 8; ++y)
+    for (int x = 0; x < 8; ++x) half.setPixel(x, y, qRgb(0, 0, 0));
+  const QString svg = folders.Path(QStringLiteral("half.svg"));
+  QFile file(svg);
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  file.write(
+      "<svg xmlns='http://www.w3.org/2000/svg' width='16' height='8'>"
+      "<rect width='16' height='8' fill='white'/><rect width='8' height='8'/></svg>");
+  file.close();
+  const QString tif = folders.Path(QStringLiteral("half.tif"));
+  const QString bmp = folders.Path(QStringLiteral("half.bmp"));
+  ASSERT_TRUE(half.save(tif) && half.save(bmp));
+  std::vector<int> expected;
+  for (int y = 0; y < 8; ++y) expected.insert(expected.end(), {0xFF, 0x00});
+  for (const QString& path : {svg, tif, bmp}) {
+    QFile::remove(output);
+    ASSERT_EQ(
+        Exec({path, QStringLiteral("--settings"), settingsFile, QStringLiteral("-o"), output}), 0)
+        << path.toStdString() << err.toStdString();
+    EXPECT_EQ(Constants(test::ReadAll(output)), expected) << path.toStdString();
+  }
+}
+
 TEST_F(CliExport, TheFileIsTheDriversTextAndTheSettingsFileKeepsItsDirection) {
   test::TestServices t;
   app::AppState state;
@@ -201,9 +228,8 @@ TEST_F(CliExport, ThresholdAndDitherTurnAGradientIntoBlackAndWhite) {
                {"--dither", "nearest", {0xF8, 0x17}}};
   for (const auto& c : cases) {
     SCOPED_TRACE(std::string(c.option) + " " + c.value);
-    ASSERT_EQ(Exec({file, QStringLiteral("--settings"), settingsFile,
-                    QString::fromLatin1(c.option), QString::fromLatin1(c.value),
-                    QStringLiteral("-o"), output}),
+    ASSERT_EQ(Exec({file, QStringLiteral("--settings"), settingsFile, QString::fromLatin1(c.option),
+                    QString::fromLatin1(c.value), QStringLiteral("-o"), output}),
               0)
         << err.toStdString();
     EXPECT_EQ(Constants(test::ReadAll(output)), c.bytes);

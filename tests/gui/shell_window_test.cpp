@@ -2,22 +2,25 @@
 #include <gtest/gtest.h>
 
 #include <QComboBox>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QKeyEvent>
 #include <QPushButton>
 #include <QTextBlock>
 #include <QTextLayout>
+#include <QTreeWidget>
 
 #include "app/configuration.h"
 #include "app/startup.h"
 #include "gui/escape_poll.h"
+#include "gui/explorer.h"
 #include "gui/export_dialog.h"
 #include "gui/main_window.h"
 #include "gui/settings_panel.h"
 #include "gui/source_editor.h"
-#include "settings/geometry.h"
 #include "gui_test_app.h"
+#include "settings/geometry.h"
 #include "support/temp_folders.h"
 
 namespace vt::gui {
@@ -166,9 +169,12 @@ TEST_F(ShellWindow, EscapeStopsLongWorkAndTheHexViewShowsRows) {
   EXPECT_FALSE(poll.EscapePressed()) << "one press stops once";
   EXPECT_EQ(polls, 3);
 
-  const QStringList rows = HexView::Format(QByteArray("AB\x01", 3) + QByteArray(16, 'z')).split('\n');
+  const QStringList rows =
+      HexView::Format(QByteArray("AB\x01", 3) + QByteArray(16, 'z')).split('\n');
   ASSERT_EQ(rows.size(), 2);
-  EXPECT_EQ(rows[0], QStringLiteral("00000000  41 42 01 7A 7A 7A 7A 7A 7A 7A 7A 7A 7A 7A 7A 7A  AB.zzzzzzzzzzzzz"));
+  EXPECT_EQ(rows[0],
+            QStringLiteral(
+                "00000000  41 42 01 7A 7A 7A 7A 7A 7A 7A 7A 7A 7A 7A 7A 7A  AB.zzzzzzzzzzzzz"));
   EXPECT_TRUE(rows[1].startsWith(QStringLiteral("00000010  7A 7A 7A ")));
   EXPECT_TRUE(rows[1].endsWith(QStringLiteral("  zzz")));
 }
@@ -177,13 +183,14 @@ TEST_F(ShellWindow, EscapeStopsLongWorkAndTheHexViewShowsRows) {
 // comment (italic), a number or a keyword (bold), and the gutter grows with the line count.
 TEST_F(ShellWindow, TheSourceEditorColoursCAndAssemblerAndNumbersItsLines) {
   CodeEditor editor;
-  editor.setPlainText(QStringLiteral("/* one\ntwo */ 0x1F\nconst uint8_t a = 12;\n  db 0FFh ; asm"));
+  editor.setPlainText(
+      QStringLiteral("/* one\ntwo */ 0x1F\nconst uint8_t a = 12;\n  db 0FFh ; asm"));
   QCoreApplication::processEvents();
   const struct {
     int line, column;
     bool italic, bold;
     bool coloured;
-  } cases[] = {{0, 2, true, false, true},  {1, 1, true, false, true},  {1, 8, false, false, true},
+  } cases[] = {{0, 2, true, false, true},  {1, 1, true, false, true},    {1, 8, false, false, true},
                {2, 0, false, true, true},  {2, 14, false, false, false}, {3, 3, false, true, true},
                {3, 6, false, false, true}, {3, 13, true, false, true}};
   for (const auto& c : cases) {
@@ -200,6 +207,34 @@ TEST_F(ShellWindow, TheSourceEditorColoursCAndAssemblerAndNumbersItsLines) {
   const int narrow = editor.GutterWidth();
   editor.setPlainText(QString(1200, QLatin1Char('\n')));
   EXPECT_GT(editor.GutterWidth(), narrow);
+}
+
+TEST_F(ShellWindow, AFileTheLoaderRefusesLeavesTheCanvasAndTheExplorerLoadsPictures) {
+  MainWindow window(platform.services, {});
+  window.LoadPicture(Picture());
+  const QImage before = window.State().canvas.Snapshot();
+  const QString broken = platform.folders.Path(QStringLiteral("broken.png"));
+  QFile file(broken);
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  file.write("\x89PNG\r\n\x1a\n-truncated");
+  file.close();
+  window.LoadPicture(broken);
+  EXPECT_EQ(platform.dialogs.Texts(), QStringList{QStringLiteral("Graphic loading Error")});
+  EXPECT_EQ(window.State().canvas.Snapshot(), before);
+
+  // The explorer's list opens a picture of the graphics folder through the same load.
+  const QString folder = window.State().settings.folder.BFP;
+  QImage wide(24, 8, QImage::Format_RGB32);
+  wide.fill(Qt::black);
+  ASSERT_TRUE(QDir().mkpath(folder));
+  ASSERT_TRUE(wide.save(folder + QStringLiteral("/wide.png")));
+  Explorer* explorer = window.ProjectsExplorer();
+  explorer->ShowFolder(app::FolderRole::Graphics);
+  const auto items = explorer->Files()->findItems(QStringLiteral("wide.png"), Qt::MatchExactly);
+  ASSERT_EQ(items.size(), 1);
+  Q_EMIT explorer->Files()->itemActivated(items.first(), 0);
+  EXPECT_EQ(window.State().canvas.Width(), 24);
+  EXPECT_EQ(window.State().settings.output.nbmfn, QStringLiteral("wide.png"));
 }
 
 }  // namespace
