@@ -12,10 +12,12 @@ fi
 echo "No display found: here is the command-line tool, vantorelle-cli."
 cli="$dir/src/cli/vantorelle-cli"
 "$cli" --help
-demo="$(mktemp -d)/demo.LCD"
+work="$(mktemp -d)"
+demo="$work/demo.LCD"
 echo
-echo "Example: a settings file for a 240x128 display, scanned top down:"
+echo "Example: the bundled sample samples/logo.png (128x64) as a C array for a display scanned"
+echo "top down, then the first lines of the array:"
 ( set -x
-  "$cli" settings --settings "$demo" size 240x128
   "$cli" settings --settings "$demo" direction td
-  "$cli" settings --settings "$demo" get GWI GHI td CORN1 MSBF )
+  "$cli" export samples/logo.png --settings "$demo" -o "$work/logo.h" )
+head -n 20 "$work/logo.h"
