@@ -7,6 +7,7 @@
 #include "app/modes.h"
 #include "app/output_naming.h"
 #include "app/state.h"
+#include "convert/output_width.h"
 
 namespace vt::app {
 namespace {
@@ -39,14 +40,7 @@ bool SelectOutputWidth(AppState& state, Services& services, convert::WordWidthCh
                 QStringLiteral("Warning"), 0, platform::Buttons::Ok, platform::DialogType::Warning);
     return false;
   }
-  using convert::WordWidthChoice;
-  settings::OutputWidthSettings& w = state.settings.width;
-  w.D8bc = width == WordWidthChoice::Bits8;
-  w.D16bc = width == WordWidthChoice::Bits16;
-  w.D32bc = width == WordWidthChoice::Bits32;
-  w.DHec = width == WordWidthChoice::Binary;
-  w.DIHec = width == WordWidthChoice::IntelHex;
-  defineOutputFileName(state);
+  convert::SelectOutputWidth(state, width);
   return true;
 }
 
