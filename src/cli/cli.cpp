@@ -423,17 +423,6 @@ Result<QImage> ReadPicture(const QString& path) {
   return image.convertToFormat(QImage::Format_RGB32);
 }
 
-bool HoldsOnlyBlackAndWhite(const QImage& image) {
-  for (int y = 0; y < image.height(); ++y) {
-    const QRgb* row = reinterpret_cast<const QRgb*>(image.constScanLine(y));
-    for (int x = 0; x < image.width(); ++x) {
-      const QRgb v = row[x] & 0x00FFFFFFu;
-      if (v != 0 && v != 0x00FFFFFFu) return false;
-    }
-  }
-  return true;
-}
-
 /// Puts a picture on the monochrome canvas as an import does: it floats over the white canvas,
 /// a threshold or a dithering makes it black and white, and it is pasted. Without either, a
 /// picture of other colours stays floating unconverted, for the export to refuse. Returns
@@ -441,7 +430,7 @@ bool HoldsOnlyBlackAndWhite(const QImage& image) {
 bool PlaceMonochromePicture(app::AppState& state, app::Services& services, const QImage& image,
                             const ExportOptions& options) {
   const bool converted = !options.threshold.isEmpty() || !options.dither.isEmpty();
-  const bool blackAndWhite = HoldsOnlyBlackAndWhite(image);
+  const bool blackAndWhite = canvas::IsBlackAndWhite(image);
   if (!converted && !blackAndWhite) {
     canvas::Draw(state.canvas.EditBitmap(), image, {0, 0}, canvas::Blend::Copy);
     return true;

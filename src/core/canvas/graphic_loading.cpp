@@ -10,7 +10,9 @@
 
 #include "app/messages.h"
 #include "app/output_naming.h"
+#include "canvas/auto_framing.h"
 #include "canvas/canvas_commands.h"
+#include "canvas/raster.h"
 #include "platform/dialogs.h"
 #include "settings/pixel_modes.h"
 
@@ -46,17 +48,6 @@ bool TooLarge(QSize size) {
 }
 
 QString SizeText(int h, int w) { return QStringLiteral("H : %1 W : %2").arg(h).arg(w); }
-
-bool IsBlackAndWhite(const QImage& picture) {
-  for (int y = 0; y < picture.height(); ++y) {
-    const auto* row = reinterpret_cast<const QRgb*>(picture.constScanLine(y));
-    for (int x = 0; x < picture.width(); ++x) {
-      const QRgb v = row[x] & 0x00FFFFFFu;
-      if (v != 0 && v != 0x00FFFFFFu) return false;
-    }
-  }
-  return true;
-}
 
 }  // namespace
 
@@ -208,21 +199,10 @@ Result<QRect> CalcCloseCrop(const QImage& picture) {
     return LoadError({}, QStringLiteral("Incorrect bit depth, bitmap must be 24-bit!"),
                      Error::Kind::Refused);
   }
-  const QImage image = picture.convertToFormat(QImage::Format_RGB32);
-  const QRgb background = image.pixel(0, 0) & 0x00FFFFFFu;
-  int left = image.width(), top = image.height(), right = -1, bottom = -1;
-  for (int y = 0; y < image.height(); ++y) {
-    const auto* row = reinterpret_cast<const QRgb*>(image.constScanLine(y));
-    for (int x = 0; x < image.width(); ++x) {
-      if ((row[x] & 0x00FFFFFFu) == background) continue;
-      left = std::min(left, x);
-      right = std::max(right, x);
-      top = std::min(top, y);
-      bottom = std::max(bottom, y);
-    }
-  }
-  if (right < 0) return QRect();
-  return QRect(QPoint(left, top), QPoint(right, bottom));
+  // The auto frame of one pixel per byte, kept tight on both axes, is the crop.
+  const SelectionRect frame =
+      AutoFrameBounds(picture.convertToFormat(QImage::Format_RGB32), FramingRule{true, 1, true});
+  return frame.IsEmpty() ? QRect() : frame.ToQRect();
 }
 
 }  // namespace vt::canvas

@@ -12,6 +12,17 @@ QImage MakeRaster(QSize size, Color fill) {
   return image;
 }
 
+bool IsBlackAndWhite(const QImage& picture) {
+  for (int y = 0; y < picture.height(); ++y) {
+    const QRgb* row = reinterpret_cast<const QRgb*>(picture.constScanLine(y));
+    for (int x = 0; x < picture.width(); ++x) {
+      const QRgb v = row[x] & 0x00FFFFFFu;
+      if (v != 0 && v != 0x00FFFFFFu) return false;
+    }
+  }
+  return true;
+}
+
 void Draw(QImage& dst, const QImage& src, QPoint at, Blend blend) {
   Q_ASSERT(dst.format() == QImage::Format_RGB32 && src.format() == QImage::Format_RGB32);
   const QRect target = QRect(at, src.size()).intersected(dst.rect());

@@ -28,6 +28,8 @@ enum class Blend { Copy, And };
 
 /// A new store of `size` (each side at least 1) filled with `fill`.
 QImage MakeRaster(QSize size, Color fill = kWhite);
+/// True when every pixel of a 32-bit picture is pure black or pure white.
+bool IsBlackAndWhite(const QImage& picture);
 
 /// Lays `src` over `dst` with its top-left corner at `at` (which may be negative), clipped to
 /// `dst`. Both must be Format_RGB32.

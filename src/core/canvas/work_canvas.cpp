@@ -41,16 +41,7 @@ int WorkCanvas::CountColors(int limit) const {
   return static_cast<int>(seen.size());
 }
 
-bool WorkCanvas::IsBlackAndWhite() const {
-  for (int y = 0; y < Height(); ++y) {
-    const QRgb* row = reinterpret_cast<const QRgb*>(bitmap_.constScanLine(y));
-    for (int x = 0; x < Width(); ++x) {
-      const QRgb v = row[x] & 0x00FFFFFFu;
-      if (v != 0 && v != 0x00FFFFFFu) return false;
-    }
-  }
-  return true;
-}
+bool WorkCanvas::IsBlackAndWhite() const { return canvas::IsBlackAndWhite(bitmap_); }
 
 void WorkCanvas::Restore(const QImage& snapshot) {
   bitmap_ = snapshot.copy();

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "convert/export_driver.h"
 
-#include "canvas/auto_framing.h"
-
 #include <QDir>
 #include <QFileInfo>
 #include <QLocale>
@@ -56,27 +54,6 @@ WordWidthChoice WordWidthOf(const settings::OutputWidthSettings& w) {
   return WordWidthChoice::Bits8;
 }
 
-void ApplyWordWidth(settings::OutputWidthSettings& w, WordWidthChoice choice) {
-  w = settings::OutputWidthSettings{false, false, false, false, false};
-  switch (choice) {
-    case WordWidthChoice::Bits8:
-      w.D8bc = true;
-      break;
-    case WordWidthChoice::Bits16:
-      w.D16bc = true;
-      break;
-    case WordWidthChoice::Bits32:
-      w.D32bc = true;
-      break;
-    case WordWidthChoice::IntelHex:
-      w.DIHec = true;
-      break;
-    case WordWidthChoice::Binary:
-      w.DHec = true;
-      break;
-  }
-}
-
 void SetDirection(settings::ScanSettings& scan, settings::ScanDirection direction) {
   using settings::ScanDirection;
   scan.tr = direction == ScanDirection::tr;
@@ -124,7 +101,8 @@ ExportResult Ended(ExportStatus status) {
 void ReduceCanvasColors(app::AppState& state, app::Services& services, const ExportRun& run) {
   canvas::LoadModePalette(state, services);
   const bool colors256 = run.settings.pixel.C256 && !run.settings.pixel.G256;
-  if (!colors256 && canvas::CountUnknownColors(state.canvas.Bitmap(), state.palettes.Colors()) == 0) {
+  if (!colors256 &&
+      canvas::CountUnknownColors(state.canvas.Bitmap(), state.palettes.Colors()) == 0) {
     return;  // nothing to convert: spare the copy
   }
   QImage bitmap = state.canvas.Snapshot();
@@ -220,6 +198,27 @@ QString SaveEditorText(app::AppState& state, app::Services& services, const Expo
 }
 
 }  // namespace
+
+void ApplyWordWidth(settings::OutputWidthSettings& w, WordWidthChoice choice) {
+  w = settings::OutputWidthSettings{false, false, false, false, false};
+  switch (choice) {
+    case WordWidthChoice::Bits8:
+      w.D8bc = true;
+      break;
+    case WordWidthChoice::Bits16:
+      w.D16bc = true;
+      break;
+    case WordWidthChoice::Bits32:
+      w.D32bc = true;
+      break;
+    case WordWidthChoice::IntelHex:
+      w.DIHec = true;
+      break;
+    case WordWidthChoice::Binary:
+      w.DHec = true;
+      break;
+  }
+}
 
 ExportDialogSetup FillExportDialog(const app::AppState& state, ExportRequest previous) {
   const settings::Settings& s = state.settings;
@@ -665,15 +664,15 @@ bool WriteArray(app::AppState& state, app::Services& services, ExportRun& run) {
   canvas::LoadModePalette(state, services);
   ColorSearch colors(canvas::SearchTable(canvas::ModeOf(s), state.palettes.Colors()));
   ArrayRequest request{s,
-                             source,
-                             run.area,
-                             services.escape,
-                             run.OutputFileName,
-                             LoadHeaderTemplate(templateFile),
-                             templateFile,
-                             DateText(services.clock),
-                             run.half,
-                             hexTarget};
+                       source,
+                       run.area,
+                       services.escape,
+                       run.OutputFileName,
+                       LoadHeaderTemplate(templateFile),
+                       templateFile,
+                       DateText(services.clock),
+                       run.half,
+                       hexTarget};
   request.colors = &colors;
   request.reorderGrid = &state.reorder;
   ArrayResult result = convert::WriteArray(request, state.text);

@@ -39,6 +39,9 @@ enum AreaChoiceValue {
 /// checked then.
 enum class WordWidthChoice { Bits8, Bits16, Bits32, IntelHex, Binary };
 
+/// Sets exactly the one width key of `choice` (D8bc, D16bc, D32bc, DIHec or DHec).
+void ApplyWordWidth(settings::OutputWidthSettings& w, WordWidthChoice choice);
+
 /// A selection on the Work Canvas: X1, Y1 inclusive, X2, Y2 one past the last pixel.
 struct CanvasSelection {
   int X1 = 0;

@@ -16,12 +16,7 @@ std::optional<WordWidthChoice> WordWidthFromName(const QString& name) {
 }
 
 void SelectOutputWidth(app::AppState& state, WordWidthChoice choice) {
-  settings::OutputWidthSettings& w = state.settings.width;
-  w.D8bc = choice == WordWidthChoice::Bits8;
-  w.D16bc = choice == WordWidthChoice::Bits16;
-  w.D32bc = choice == WordWidthChoice::Bits32;
-  w.DHec = choice == WordWidthChoice::Binary;
-  w.DIHec = choice == WordWidthChoice::IntelHex;
+  ApplyWordWidth(state.settings.width, choice);
   app::defineOutputFileName(state);
 }
 
