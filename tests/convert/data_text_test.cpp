@@ -117,6 +117,8 @@ TEST(DataTextWriter, SpellsPlacesAndClosesEachConstant) {
        {"bits=16|ORGC=2", "12 34 56", 0, " 0x1234 ,"},
        {"bits=16|ORGC=2|FXHB=+D+", "12 34 56 78", 0, "4660 , 22136,\n"},
        {"bits=16|ORGC=2|FXHB=+D+|MSBF=0", "12 34 56 78", 0, "13330, 30806,\n"},
+       // A word padded with four blanks is no picture gap: the mark still ends the line.
+       {"bits=16|ORGC=2|FXHB=+D+", "00 01 00 02", 0, "1    , 2    ,\n"},
        {"bits=16|ORGC=2|FXHB=B", "12 34 56 78", 0, " 0001001000110100b,  0101011001111000b,\n"},
        {"bits=16|ORGC=2|FXHB=H|Addof=1", "A0 01 05 06", 0, " 0A001h, 0506h ,\n"},
        {"bits=16|ORGC=2|FXHB=H|Addof=1|MSBF=0", "A0 01 05 B6", 0, " 01A0h, 0B605h ,\n"},

@@ -264,8 +264,11 @@ void DataTextWriter::CloseLine(bool force) {
       (constantsOnLine_ < std::max(1, settings_.format.ORGC) || partCount_ > 0 || pairPending_)) {
     return;
   }
-  // The end mark goes before the gap that leads to the picture, or at the end.
-  const qsizetype gapAt = line_.indexOf(QStringLiteral("    "));
+  // The end mark goes before the first run of four blanks, the gap that leads to the picture,
+  // or at the end. Only a line of one constant has that gap: with several, a run of four blanks
+  // is the padding of a short decimal word, and a mark there would leave an empty element.
+  const bool onePerLine = std::max(1, settings_.format.ORGC) == 1;
+  const qsizetype gapAt = onePerLine ? line_.indexOf(QStringLiteral("    ")) : -1;
   if (gapAt >= 0) {
     line_.insert(gapAt, EndMark());
   } else {
