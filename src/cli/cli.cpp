@@ -79,6 +79,23 @@ QString DynamicSection(const QString& key) {
   return {};
 }
 
+/// What a load holds for a dynamic list key that DynamicSection knows: a recent file or font
+/// ("_" when the slot is free), an explorer extension (empty when free), a user size number
+/// (0 when free).
+QString DynamicValue(const settings::Settings& s, const QString& key) {
+  static const QRegularExpression form(QStringLiteral("^(f?mru|ext|cs)(\\d+)([wh]?)$"),
+                                       QRegularExpression::CaseInsensitiveOption);
+  const auto m = form.match(key.trimmed());
+  const QString list = m.captured(1).toLower();
+  const int n = m.captured(2).toInt();
+  if (list == QStringLiteral("mru")) return s.mru.value(n);
+  if (list == QStringLiteral("fmru")) return s.fmru.value(n);
+  if (list == QStringLiteral("ext")) return s.ext.value(n);
+  const QSize size = s.customSizes.at(std::size_t(n));
+  return QString::number(m.captured(3).toLower() == QStringLiteral("w") ? size.width()
+                                                                        : size.height());
+}
+
 /// The settings file as a document; empty when it cannot be read or parsed.
 settings::IniDocument ReadDocument(const QString& path) {
   QFile file(path);
@@ -212,13 +229,8 @@ int Session::Get(const QStringList& names) {
            << settings::FieldText(row->field(state_.settings)) << '\n';
       continue;
     }
-    const QString dynamic = DynamicSection(name.key);
-    if (!dynamic.isEmpty()) {
-      // The lists are read into the records; saving them back gives the text a load sees.
-      settings::IniDocument lists;
-      settings::WriteSettings(state_.settings, lists);
-      out_ << shown << name.key << '=' << lists.Value(dynamic, name.key).value_or(QString())
-           << '\n';
+    if (!DynamicSection(name.key).isEmpty()) {
+      out_ << shown << name.key << '=' << DynamicValue(state_.settings, name.key) << '\n';
       continue;
     }
     // A key the program does not use: as the file holds it.

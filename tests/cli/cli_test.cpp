@@ -45,10 +45,9 @@ class Cli : public ::testing::Test {
 TEST_F(Cli, HelpDocumentsEveryCommandAndModeName) {
   const CliRun run = Exec({QStringLiteral("--help")});
   EXPECT_EQ(run.status, 0);
-  for (const char* word :
-       {"get KEY", "set KEY=VALUE", "mode NAME", "direction KEY", "corner N", "size WxH",
-        "monochrome-inverted", "gray4-2pages", "gray32-l", "gray16-slices", "colors16m-packed",
-        "colors262k", "tua"}) {
+  for (const char* word : {"get KEY", "set KEY=VALUE", "mode NAME", "direction KEY", "corner N",
+                           "size WxH", "monochrome-inverted", "gray4-2pages", "gray32-l",
+                           "gray16-slices", "colors16m-packed", "colors262k", "tua"}) {
     EXPECT_TRUE(run.out.contains(QString::fromLatin1(word))) << word;
   }
   EXPECT_EQ(Exec({}).status, 2);
@@ -90,17 +89,19 @@ TEST_F(Cli, GetPrintsWhatALoadSees) {
     const char* key;
     const char* line;
   } cases[] = {
-      {"GHI", "GHI=32\n"},        {"ghi", "GHI=32\n"},       {"wew1", "wew1=900\n"},
-      {"FXHB", "FXHB=X\n"},       {"chk", "chk=check\n"},    {"Mine.note", "Mine.note=kept\n"},
-      {"mru0", "mru0=/x/a.bmp\n"}, {"mru19", "mru19=_\n"},   {"B10.HCO", "B10.HCO=0\n"},
-      {"Endst", "Endst=};\n"},    {"vecp8T", "vecp8T=\"\n"}, {"Logws", "Logws=0\n"},
+      {"GHI", "GHI=32\n"},         {"ghi", "GHI=32\n"},       {"wew1", "wew1=900\n"},
+      {"FXHB", "FXHB=X\n"},        {"chk", "chk=check\n"},    {"Mine.note", "Mine.note=kept\n"},
+      {"mru0", "mru0=/x/a.bmp\n"}, {"mru19", "mru19=_\n"},    {"B10.HCO", "B10.HCO=0\n"},
+      {"Endst", "Endst=};\n"},     {"vecp8T", "vecp8T=\"\n"}, {"Logws", "Logws=0\n"},
+      {"cs15h", "cs15h=0\n"},      {"ext20", "ext20=\n"},     {"fmru10", "fmru10=_\n"},
   };
   for (const Case& c : cases) {
     const CliRun run = Settings({QStringLiteral("get"), QString::fromLatin1(c.key)});
     EXPECT_EQ(run.status, 0) << c.key << run.err.toStdString();
     EXPECT_EQ(run.out, QString::fromLatin1(c.line)) << c.key;
   }
-  const CliRun several = Settings({QStringLiteral("get"), QStringLiteral("GWI"), QStringLiteral("GHI")});
+  const CliRun several =
+      Settings({QStringLiteral("get"), QStringLiteral("GWI"), QStringLiteral("GHI")});
   EXPECT_EQ(several.out, QStringLiteral("GWI=128\nGHI=32\n"));
   const CliRun unknown = Settings({QStringLiteral("get"), QStringLiteral("NoSuchKey")});
   EXPECT_EQ(unknown.status, 1);
@@ -158,8 +159,8 @@ TEST_F(Cli, ARefusedSelectionPrintsItsMessageAndLeavesTheFile) {
     const char* command;
     const char* value;
     int status;
-  } cases[] = {{"mode", "colors9", 2},   {"direction", "up", 2}, {"corner", "5", 2},
-               {"corner", "x", 2},       {"size", "12", 2},      {"size", "2000x64", 1},
+  } cases[] = {{"mode", "colors9", 2}, {"direction", "up", 2}, {"corner", "5", 2},
+               {"corner", "x", 2},     {"size", "12", 2},      {"size", "2000x64", 1},
                {"size", "64x0", 1}};
   for (const Case& c : cases) {
     const CliRun r = Settings({QString::fromLatin1(c.command), QString::fromLatin1(c.value)});
