@@ -3,10 +3,14 @@
 
 #include <gtest/gtest.h>
 
+#include <QFile>
 #include <QProcess>
+#include <QRegularExpression>
 
+#include "settings/geometry.h"
 #include "settings/ini_document.h"
 #include "settings/key_table.h"
+#include "settings/pixel_modes.h"
 #include "temp_folders.h"
 
 namespace vt::cli {
@@ -190,6 +194,30 @@ TEST(CliBinary, RunsAsAProcessWithTheSameResults) {
   ASSERT_TRUE(process.waitForFinished(30000));
   EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().toStdString();
   EXPECT_EQ(process.readAllStandardOutput(), QByteArray("GWI=128\ntr=1\n"));
+}
+
+// The command lines the README shows name modes and directions the tool knows.
+TEST(CliReadme, ExamplesNameKnownModesAndDirections) {
+  QFile readme(QStringLiteral(VT_TEST_DATA_DIR "/../../README.md"));
+  ASSERT_TRUE(readme.open(QIODevice::ReadOnly));
+  const QString text = QString::fromUtf8(readme.readAll());
+  static const QRegularExpression option(
+      QStringLiteral("vantorelle-cli .*?(?:--| )(mode|direction) ([\\w-]+)"));
+  int examples = 0;
+  for (auto it = option.globalMatch(text); it.hasNext(); ++examples) {
+    const auto m = it.next();
+    const QString name = m.captured(2);
+    if (m.captured(1) == QStringLiteral("mode")) {
+      EXPECT_TRUE(settings::PixelModeFromName(name)) << name.toStdString();
+      continue;
+    }
+    bool known = false;
+    for (const settings::ScanDirectionInfo& info : settings::ScanDirectionTable()) {
+      known = known || name == QLatin1String(info.key);
+    }
+    EXPECT_TRUE(known) << name.toStdString();
+  }
+  EXPECT_GE(examples, 3);
 }
 
 }  // namespace
