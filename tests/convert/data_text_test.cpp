@@ -407,7 +407,9 @@ TEST(WholeTexts, MatchTheirGoldenFiles) {
       {"text_custom",
        "CCOM=0|VBACOM=1|FXHB=+H+|VALpref=&H|COMAv=0|COMAS=1|sepst=,|Eolcom=0|LineN=1|"
        "cpfr= DATA |ORGC=4|Noh=1|begds=' NewBitmap data|Endst=' end of data|BCD=1",
-       kTwelve, 8, 12}};
+       kTwelve, 8, 12},
+      {"text_custom_marks", "COMAv=0|COMAS=1|sepst=;|Eolcom=0|EolStr=1|eolst= &|ORGC=4", kTwelve, 8,
+       12}};
   QStringList folders;
   for (const auto& [folder, keys, values, width, height] : cases) {
     folders << QString::fromLatin1(folder);
