@@ -114,7 +114,7 @@ TEST(SelectPixelMode, EveryModeSetsExactlyItsKeysNumbersAndLogLine) {
     // Start from a mode that differs, so that the already-active exit does not apply.
     Fixture f(c.mode == M::Gray4 ? M::Monochrome : M::Gray4);
     PixelModeSettings& pixel = f.state.settings.pixel;
-    pixel.ccomp = pixel.RGBA = true;
+    pixel.ccomp = pixel.RGBA = pixel.snib = true;
     pixel.bw8 = pixel.G256F = false;
     ASSERT_TRUE(f.Select(c.mode));
 
@@ -137,11 +137,13 @@ TEST(SelectPixelMode, EveryModeSetsExactlyItsKeysNumbersAndLogLine) {
     // An active mode is not selected again, except by the start-up re-selection.
     Fixture stored(c.mode);
     stored.state.settings.pixel.bw8 = false;
+    stored.state.settings.pixel.snib = false;
     EXPECT_FALSE(stored.Select(c.mode));
     EXPECT_FALSE(stored.state.settings.pixel.bw8);
     EXPECT_TRUE(stored.state.log.Lines().isEmpty());
     EXPECT_EQ(ReselectStoredPixelMode(stored.state, stored.ts.services), c.mode);
     EXPECT_TRUE(stored.state.settings.pixel.bw8) << "the selector ran";
+    EXPECT_FALSE(stored.state.settings.pixel.snib) << "a load keeps the nibble swap as saved";
     EXPECT_FALSE(stored.state.modes.SettingsLoadInProgress) << "the load flag is put back";
   }
   for (const char* name : {"Monochrome", "colors16M"}) {

@@ -238,7 +238,9 @@ bool SelectPixelMode(app::AppState& state, app::Services& services, PixelMode mo
   ApplyModeFlags(pixel, info.flags);
   // Compression packs monochrome data only.
   if (!IsMonochromeMode(mode)) pixel.ccomp = false;
-  pixel.snib = IsNibbleMode(mode);
+  // The nibble swap is offered by the 16 gray and 16 colour modes only: there it keeps the
+  // value the user gave it (also through a settings load), every other mode turns it off.
+  if (!IsNibbleMode(mode)) pixel.snib = false;
   if (*info.logText != '\0') state.log.StatusBarAndLog(QString::fromLatin1(info.logText));
   return true;
 }

@@ -140,7 +140,7 @@ struct PixelModeGate {
 /// `state.modes.SettingsLoadInProgress`), the canvas question of the mode ("Canvas not
 /// cleared"; monochrome warns " Work Canvas will be cleared ! " when the canvas is not black
 /// and white), reset of Neg, ST7 and bw8, the mode's flags, compression off outside
-/// monochrome, snib on for the nibble modes, then the mode's log line.
+/// monochrome, snib off outside the nibble modes (they keep it), then the mode's log line.
 /// Returns true when the mode was set; a refusal at any step leaves every setting unchanged.
 bool SelectPixelMode(app::AppState& state, app::Services& services, PixelMode mode,
                      const PixelModeGate& gate = {});
