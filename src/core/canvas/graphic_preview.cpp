@@ -24,7 +24,9 @@ Result<bool> GraphicPreview::Open(const QString& path, QSize canvas) {
 
 void GraphicPreview::SelectArea(QPoint a, QPoint b) {
   if (!HasPicture()) return;
-  area_ = QRect(a, b).normalized().intersected(picture_.rect());
+  const QRect between(QPoint(std::min(a.x(), b.x()), std::min(a.y(), b.y())),
+                      QPoint(std::max(a.x(), b.x()), std::max(a.y(), b.y())));
+  area_ = between.intersected(picture_.rect());
 }
 
 void GraphicPreview::MoveArea(QPoint delta) {
