@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <QApplication>
 #include <QFileInfo>
+#include <QListWidget>
 #include <QPushButton>
 #include <QScreen>
 #include <QSlider>
@@ -86,7 +87,13 @@ int main(int argc, char* argv[]) {
       if (!picture.isEmpty()) {
         window.dialogShown = [&saved, screenshot, picture](vt::gui::GraphicPreviewDialog& d) {
           d.resize(960, 560);
-          d.OpenFile(picture);
+          // The picture is chosen in the list when it stands in the graphics folder.
+          const auto listed = d.Files()->findItems(QFileInfo(picture).fileName(), Qt::MatchExactly);
+          if (!listed.isEmpty()) {
+            d.Files()->setCurrentItem(listed.first());
+          } else {
+            d.OpenFile(picture);
+          }
           const QSize size = d.Preview().Picture().size();
           d.Preview().SelectArea({size.width() / 8, size.height() / 8},
                                  {size.width() * 5 / 8, size.height() * 5 / 8});
@@ -98,6 +105,7 @@ int main(int argc, char* argv[]) {
         window.LoadGraphicPreviewGlowButtonClick();
       }
       // A picture run leaves nothing behind and asks nothing.
+      window.State().canvas.DisableSelection();
       window.State().modes.NoSaveOnQuit = true;
       window.State().modes.ArtworkFresh = true;
       window.close();
