@@ -663,16 +663,15 @@ bool MainWindow::ThresholdToolShown() const {
 }
 
 void MainWindow::MRUFClick(const QString& item) {
-  if (app::CheckMode(state_, services_, 0)) return;
   const QString path = app::MRUFPath(item);
+  const app::RecentFileAction action = app::RecentFileActionFor(path, state_.settings.output.fexts);
+  // A picture's load runs the mode gate itself; asking twice would ask the user twice.
+  if (action != app::RecentFileAction::OpenPicture && app::CheckMode(state_, services_, 0)) return;
   state_.log.StatusBarAndLog(QStringLiteral("Recent Files:") + path);
-  switch (app::RecentFileActionFor(path, state_.settings.output.fexts)) {
-    case app::RecentFileAction::OpenPicture:
-      LoadPicture(path);
-      break;
-    default:  // sources, hex files, fonts and scripts open once their tools exist
-      state_.log.StatusBarAndLog(NotAvailableText());
-      break;
+  if (action == app::RecentFileAction::OpenPicture) {
+    LoadPicture(path);
+  } else {  // sources, hex files, fonts and scripts open once their tools exist
+    state_.log.StatusBarAndLog(NotAvailableText());
   }
 }
 
