@@ -762,8 +762,10 @@ bool MainWindow::SaveArtwork() {
 
 void MainWindow::Refresh() {
   canvasView_->Refresh();
-  canvasTools_->setCurrentWidget(state_.blackWhite.Visible ? static_cast<QWidget*>(thresholdTool_)
-                                                           : canvasToolBar_);
+  // A resize or a mode change may have dropped the layer under the tool: it goes with it.
+  const bool threshold = state_.blackWhite.Visible && state_.canvas.Selection().IsFloating();
+  canvasTools_->setCurrentWidget(threshold ? static_cast<QWidget*>(thresholdTool_)
+                                           : canvasToolBar_);
   thresholdTool_->Sync();
   sizeLabel_->setText(
       QStringLiteral("%1 x %2").arg(state_.canvas.Width()).arg(state_.canvas.Height()));
