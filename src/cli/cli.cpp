@@ -447,8 +447,8 @@ bool PlaceMonochromePicture(app::AppState& state, app::Services& services, const
     canvas::Draw(state.canvas.EditBitmap(), image, {0, 0}, canvas::Blend::Copy);
     return true;
   }
-  state.canvas.Selection().Float(image, {0, 0}, !blackAndWhite);
-  canvas::EnableSelection(state);
+  // The display has the picture's size: the import asks nothing and floats it at 0,0.
+  canvas::AssignInPutBitmap(state, services, image, true);
   if (!options.threshold.isEmpty()) {
     canvas::BWTrackBarChange(state, options.threshold.toInt());
   } else if (!options.dither.isEmpty()) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "gui/canvas_view.h"
 
+#include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
 #include <algorithm>
@@ -9,7 +10,7 @@
 
 namespace vt::gui {
 
-CanvasView::CanvasView(const canvas::WorkCanvas& canvas, QWidget* parent)
+CanvasView::CanvasView(canvas::WorkCanvas& canvas, QWidget* parent)
     : QWidget(parent), canvas_(canvas) {
   setAttribute(Qt::WA_OpaquePaintEvent);
   Refresh();
@@ -26,6 +27,7 @@ void CanvasView::SetGridVisible(bool visible) {
 }
 
 void CanvasView::Refresh() {
+  canvas_.CopyBitmapToCanvas();
   setFixedSize(sizeHint());
   update();
 }
@@ -35,7 +37,7 @@ QSize CanvasView::sizeHint() const { return QSize(canvas_.Width(), canvas_.Heigh
 void CanvasView::paintEvent(QPaintEvent* event) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
-  const QImage& bitmap = canvas_.Bitmap();
+  const QImage& bitmap = canvas_.DisplayBitmap();
   // Only the pixels the exposed rectangle touches are drawn: large zooms stay cheap.
   const QRect exposed = event->rect();
   const int x0 = std::max(0, exposed.left() / zoom_);
@@ -53,6 +55,34 @@ void CanvasView::paintEvent(QPaintEvent* event) {
     const QRect r = selection.ToQRect();
     painter.drawRect(QRect(r.topLeft() * zoom_, r.size() * zoom_).adjusted(0, 0, -1, -1));
   }
+}
+
+void CanvasView::mousePressEvent(QMouseEvent* event) {
+  dragging_ = event->button() == Qt::LeftButton && canvas_.Selection().IsFloating();
+  if (!dragging_) return QWidget::mousePressEvent(event);
+  dragStart_ = event->position().toPoint();
+  layerAtStart_ = {canvas_.Selection().Rect().X1, canvas_.Selection().Rect().Y1};
+  setCursor(Qt::ClosedHandCursor);
+}
+
+void CanvasView::mouseMoveEvent(QMouseEvent* event) {
+  if (!dragging_ || !canvas_.Selection().IsFloating()) return QWidget::mouseMoveEvent(event);
+  // Whole pixels of the canvas: the layer moves in steps of the zoom.
+  const QPoint delta = (event->position().toPoint() - dragStart_) / zoom_;
+  const QPoint to = layerAtStart_ + delta;
+  const canvas::SelectionRect& r = canvas_.Selection().Rect();
+  if (to == QPoint(r.X1, r.Y1)) return;
+  canvas_.Selection().MoveTo(to.x(), to.y());
+  canvas_.CopyBitmapToCanvas();
+  update();
+}
+
+void CanvasView::mouseReleaseEvent(QMouseEvent* event) {
+  if (!dragging_) return QWidget::mouseReleaseEvent(event);
+  dragging_ = false;
+  unsetCursor();
+  const canvas::SelectionRect& r = canvas_.Selection().Rect();
+  if (canvas_.Selection().IsFloating() && QPoint(r.X1, r.Y1) != layerAtStart_) Q_EMIT layerMoved();
 }
 
 void CanvasView::DrawGrid(QPainter& painter, int x0, int y0, int x1, int y1) {

@@ -11,9 +11,11 @@ class QPainter;
 
 namespace vt::gui {
 
-/// Shows the Work Canvas bitmap enlarged by a whole-number zoom, one square per pixel, with a
-/// light grid between the pixels from zoom 4 on, and the selection rectangle dashed over them. The widget is exactly the enlarged bitmap in
-/// size; it reads the canvas at each paint and never changes it.
+/// Shows the Work Canvas enlarged by a whole-number zoom, one square per pixel, with a light
+/// grid between the pixels from zoom 4 on, and the selection rectangle dashed over them. What
+/// it shows is the composed frame: the bitmap with the Transfer Layer and the floating layer.
+/// The widget is exactly the enlarged canvas in size. It never changes the bitmap; a floating
+/// layer can be dragged with the mouse, also past the canvas edges when it is larger.
 class CanvasView final : public QWidget {
   Q_OBJECT
 
@@ -25,7 +27,7 @@ class CanvasView final : public QWidget {
   /// Drawn over the pixels, so that it shows on dark and light pixels alike.
   static constexpr QColor kGridColor{128, 128, 128, 96};
 
-  explicit CanvasView(const canvas::WorkCanvas& canvas, QWidget* parent = nullptr);
+  explicit CanvasView(canvas::WorkCanvas& canvas, QWidget* parent = nullptr);
 
   /// Sets the zoom, clamped to kMinZoom..kMaxZoom, and resizes the widget to match.
   void SetZoom(int zoom);
@@ -33,20 +35,30 @@ class CanvasView final : public QWidget {
   /// The pixel grid: off hides it at every zoom.
   void SetGridVisible(bool visible);
   bool GridVisible() const { return gridVisible_; }
-  /// Follows a change of the canvas size or content.
+  /// Follows a change of the canvas size or content: composes the frame again and repaints.
   void Refresh();
 
   QSize sizeHint() const override;
 
+ Q_SIGNALS:
+  /// A drag of the floating layer ended with the layer at a new place.
+  void layerMoved();
+
  protected:
   void paintEvent(QPaintEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
 
  private:
   void DrawGrid(QPainter& painter, int x0, int y0, int x1, int y1);
 
-  const canvas::WorkCanvas& canvas_;
+  canvas::WorkCanvas& canvas_;
   int zoom_ = kGridZoom;
   bool gridVisible_ = true;
+  bool dragging_ = false;
+  QPoint dragStart_;     ///< widget position where the drag began
+  QPoint layerAtStart_;  ///< the layer's top-left corner then, in canvas pixels
 };
 
 }  // namespace vt::gui

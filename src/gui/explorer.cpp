@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "gui/explorer.h"
 
+#include <QAbstractItemDelegate>
+#include <QAction>
 #include <QDir>
 #include <QFileInfo>
 #include <QHBoxLayout>
@@ -9,9 +11,11 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
+#include <QSignalBlocker>
 #include <QSplitter>
 #include <QTreeWidget>
 #include <QVBoxLayout>
+#include <utility>
 
 #include "app/configuration.h"
 
@@ -47,6 +51,25 @@ Explorer::Explorer(app::AppState& state, app::Services& services, QWidget* paren
   button(QStringLiteral("Delete"), [this] { DeleteSelected(); });
   projectLayout->addLayout(buttons);
   connect(projects_, &QListWidget::itemDoubleClicked, this, [this] { ActivateSelected(); });
+  rename_ = new QAction(QStringLiteral("Rename Project"), projects_);
+  rename_->setShortcut(Qt::Key_F2);
+  rename_->setShortcutContext(Qt::WidgetShortcut);
+  projects_->addAction(rename_);
+  projects_->setContextMenuPolicy(Qt::ActionsContextMenu);
+  projects_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  connect(rename_, &QAction::triggered, this, [this] { RenameSelected(); });
+  // The edit's end: a changed name is the rename; an edit left unchanged or cancelled leaves it.
+  connect(projects_, &QListWidget::itemChanged, this, [this](QListWidgetItem* item) {
+    if (renaming_.isEmpty() || item->text() == renaming_) return;
+    const QString from = std::exchange(renaming_, QString());
+    if (!app::RenameProjectTo(state_, from, item->text())) {
+      const QSignalBlocker block(projects_);
+      item->setText(from);
+    }
+    Reload();
+  });
+  connect(projects_->itemDelegate(), &QAbstractItemDelegate::closeEditor, this,
+          [this] { renaming_.clear(); });
 
   folders_ = new QTreeWidget(splitter);
   folders_->setHeaderHidden(true);
@@ -149,6 +172,15 @@ void Explorer::CreateProject(QString name) {
 
 void Explorer::DeleteSelected() {
   if (app::DeleteProject(state_, services_, SelectedProject())) Reload();
+}
+
+void Explorer::RenameSelected() {
+  const QString name = SelectedProject();
+  if (!app::MenuItem5Click(state_, services_, name)) return;
+  QListWidgetItem* item = projects_->currentItem();
+  renaming_ = name;
+  item->setFlags(item->flags() | Qt::ItemIsEditable);
+  projects_->editItem(item);
 }
 
 void Explorer::DefineShownFolderAs(app::FolderRole role) {

@@ -7,6 +7,7 @@
 #include "app/projects.h"
 #include "app/state.h"
 
+class QAction;
 class QLabel;
 class QListWidget;
 class QTreeWidget;
@@ -39,6 +40,10 @@ class Explorer final : public QWidget {
   /// "Create New Project" under `name` (asked for when empty).
   void CreateProject(QString name = {});
   void DeleteSelected();
+  /// "Rename Project" (context menu of the list, or F2): after the core's checks the item goes
+  /// into edit mode; the rename is done when the edit ends.
+  void RenameSelected();
+  QAction* RenameAction() const { return rename_; }
   /// The Define command of `role`: the folder shown becomes the role's folder.
   void DefineShownFolderAs(app::FolderRole role);
 
@@ -59,6 +64,8 @@ class Explorer final : public QWidget {
   QListWidget* projects_ = nullptr;
   QTreeWidget* folders_ = nullptr;
   QTreeWidget* files_ = nullptr;
+  QAction* rename_ = nullptr;
+  QString renaming_;  ///< the project whose name is being edited
   QFileSystemWatcher watcher_;
   QString shownFolder_;
 };

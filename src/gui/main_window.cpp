@@ -3,6 +3,7 @@
 
 #include <QAbstractItemView>
 #include <QAction>
+#include <QActionGroup>
 #include <QApplication>
 #include <QBuffer>
 #include <QCloseEvent>
@@ -17,12 +18,15 @@
 #include <QMenuBar>
 #include <QProgressBar>
 #include <QScrollArea>
+#include <QShortcut>
 #include <QSplitter>
+#include <QStackedWidget>
 #include <QStatusBar>
 #include <QTabWidget>
 #include <QTimer>
 #include <QToolBar>
 #include <QToolButton>
+#include <QVBoxLayout>
 
 #include "app/messages.h"
 #include "app/modes.h"
@@ -32,15 +36,19 @@
 #include "canvas/canvas_commands.h"
 #include "canvas/color_reduction.h"
 #include "canvas/graphic_loading.h"
+#include "canvas/graphic_preview.h"
+#include "canvas/threshold.h"
 #include "gui/canvas_view.h"
 #include "gui/escape_poll.h"
 #include "gui/exception_boundary.h"
 #include "gui/explorer.h"
 #include "gui/export_dialog.h"
 #include "gui/log_window.h"
+#include "gui/preview_dialog.h"
 #include "gui/qt_dialogs.h"
 #include "gui/settings_panel.h"
 #include "gui/source_editor.h"
+#include "gui/threshold_tool.h"
 #include "platform/clock.h"
 #include "platform/qt/qt_folders.h"
 #include "settings/geometry.h"
@@ -67,8 +75,6 @@ struct Planned {
 constexpr Planned kPlanned[] = {
     {1, "Export Work Canvas to Hex", "ConvertdataTOHExButton"},
     {1, "Export Selected Area to Data", "ExportanAreaoftheWorkCanvas1"},
-    {1, "Reload Last Canvas File", "ReloadLastCanvasButton"},
-    {1, "Load Graphic with Preview", "LoadGraphicPreviewGlowButton"},
     {1, "Text Field Editor", "extField1"},
     {1, "Rotated Text", "Rotatedtext1"},
     {2, "Load Source Into Editor", "LoadSourceToolButton"},
@@ -187,6 +193,31 @@ MainWindow::MainWindow(std::unique_ptr<DesktopServices> desktop, app::Services* 
   canvasArea_->setWidget(canvasView_);
   canvasArea_->setAlignment(Qt::AlignCenter);
   canvasArea_->setBackgroundRole(QPalette::Dark);
+  connect(canvasView_, &CanvasView::layerMoved, this, [this] {
+    state_.log.StatusBarAndLog(state_.canvas.Selection().Rect().StatusText());
+    Refresh();
+  });
+  // Above the canvas: its tool bar, or the threshold tool while a layer waits for conversion.
+  canvasToolBar_ = new QToolBar(QStringLiteral("Canvas"));
+  canvasToolBar_->setObjectName(QStringLiteral("CanvasToolBar"));
+  thresholdTool_ = new ThresholdTool(
+      state_, services_, [this](const QString& caption, const std::function<void()>& work) {
+        if (!caption.isEmpty()) return RunCommand(caption, work);
+        if (RunAtTop(state_, services_.dialogs, work) == app::ExceptionOutcome::Terminate) {
+          Terminate();
+        }
+        Refresh();
+      });
+  canvasTools_ = new QStackedWidget;
+  canvasTools_->addWidget(canvasToolBar_);
+  canvasTools_->addWidget(thresholdTool_);
+  canvasTools_->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
+  auto* canvasPanel = new QWidget;
+  auto* canvasLayout = new QVBoxLayout(canvasPanel);
+  canvasLayout->setContentsMargins(0, 0, 0, 0);
+  canvasLayout->setSpacing(0);
+  canvasLayout->addWidget(canvasTools_);
+  canvasLayout->addWidget(canvasArea_, 1);
   step(1);  // the grids form: the output settings
   settingsPanel_ = new SettingsPanel(
       state_, services_,
@@ -207,7 +238,7 @@ MainWindow::MainWindow(std::unique_ptr<DesktopServices> desktop, app::Services* 
     if (!showingText_) state_.text.SetText(editors_->Source()->toPlainText());
   });
   auto* splitter = new QSplitter(Qt::Horizontal);
-  splitter->addWidget(canvasArea_);
+  splitter->addWidget(canvasPanel);
   splitter->addWidget(editors_);
   splitter->setStretchFactor(0, 2);  // the editor's lines are the wider
   splitter->setStretchFactor(1, 3);
@@ -382,6 +413,12 @@ void MainWindow::BuildRibbonAndMenus() {
   QAction* load =
       onPage(1, AddCommand(QStringLiteral("Load Graphic Dialog"), "LoadGraphicToolButton",
                            [this] { LoadGraphicToolButtonClick(); }));
+  QAction* reload =
+      onPage(1, AddCommand(QStringLiteral("Reload Last Canvas File"), "ReloadLastCanvasButton",
+                           [this] { canvas::ReloadLastCanvasButtonClick(state_, services_); }));
+  QAction* preview = onPage(
+      1, AddCommand(QStringLiteral("Load Graphic with Preview"), "LoadGraphicPreviewGlowButton",
+                    [this] { LoadGraphicPreviewGlowButtonClick(); }));
   QAction* artwork =
       onPage(1, AddCommand(QStringLiteral("Define Artwork Name"), "DefineArtworkToolbutton",
                            [this] { DefineArtworkToolbuttonClick(); }));
@@ -406,6 +443,8 @@ void MainWindow::BuildRibbonAndMenus() {
   // The main menu.
   QMenu* file = menuBar()->addMenu(QStringLiteral("&File"));
   file->addAction(load);
+  file->addAction(reload);
+  file->addAction(preview);
   file->addAction(artwork);
   file->addAction(exportData);
   QMenu* recent = file->addMenu(QStringLiteral("Recent Files"));
@@ -469,9 +508,80 @@ void MainWindow::BuildRibbonAndMenus() {
   output->addAction(AddCommand(QStringLiteral("Exit Special Mode"), "ExitSpecialMode1",
                                [this] { app::ExitSpecialMode1Click(state_, services_); }));
 
+  // The canvas tool bar; its shortcuts work while the threshold tool stands in its place.
+  QAction* paste = AddCommand(QStringLiteral("Paste Selection"), "PasteButton", [this] {
+    canvas::DoPaste(state_, services_, canvas::BlackWhiteConversions(state_));
+  });
+  paste->setShortcut(QKeySequence::Paste);
+  QAction* undo =
+      AddCommand(QStringLiteral("Undo"), "UndoButton", [this] { canvas::UndoButtonClick(state_); });
+  undo->setShortcut(QKeySequence::Undo);
+  QAction* redo =
+      AddCommand(QStringLiteral("Redo"), "RedoButton", [this] { canvas::RedoButtonClick(state_); });
+  redo->setShortcut(QKeySequence::Redo);
+  canvasToolBar_->addActions({paste, undo, redo});
+  addActions({paste, undo, redo});
+  QMenu* dithering = BuildDitheringMenu();
+  menuBar()->addMenu(dithering);
+  canvasToolBar_->addAction(dithering->menuAction());
+  if (auto* button =
+          qobject_cast<QToolButton*>(canvasToolBar_->widgetForAction(dithering->menuAction()))) {
+    button->setPopupMode(QToolButton::InstantPopup);
+  }
+  auto* escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
+  connect(escape, &QShortcut::activated, this, [this] {
+    RunAtTop(state_, services_.dialogs, [this] { canvas::EscapeSelection(state_); });
+    Refresh();
+  });
+
   QMenu* windows = menuBar()->addMenu(QStringLiteral("&Windows"));
   windowsMenu_ = windows;
   for (QAction* a : {hideLogWindowAction_, zoomIn, zoomOut, grid}) windows->addAction(a);
+}
+
+QMenu* MainWindow::BuildDitheringMenu() {
+  auto* menu = new QMenu(QStringLiteral("&Dithering"), this);
+  const struct {
+    canvas::DitherMethod method;
+    const char* handler;
+  } methods[] = {{canvas::DitherMethod::FloydSteinberg, "FloydSteinberg"},
+                 {canvas::DitherMethod::Nearest, "Nearest"},
+                 {canvas::DitherMethod::Stucki, "Stucki"},
+                 {canvas::DitherMethod::Sierra, "Sierra"},
+                 {canvas::DitherMethod::JaJuNi, "JaJuNi"},
+                 {canvas::DitherMethod::SteveArche, "SteveArche"},
+                 {canvas::DitherMethod::Burkes, "Burkes"}};
+  auto* methodGroup = new QActionGroup(menu);
+  for (const auto& m : methods) {
+    const canvas::DitherMethod method = m.method;
+    QAction* action = AddCommand(canvas::DitherMethodCaption(method), m.handler,
+                                 [this, method] { state_.blackWhite.Dither.method = method; });
+    action->setCheckable(true);
+    action->setChecked(state_.blackWhite.Dither.method == method);
+    methodGroup->addAction(action);
+    menu->addAction(action);
+  }
+  menu->addSeparator();
+  auto* reductionGroup = new QActionGroup(menu);
+  for (const auto& [reduction, handler] :
+       {std::pair{canvas::DitherReduction::Monochrome, "MonochromeColorReduction"},
+        std::pair{canvas::DitherReduction::GrayScale, "GrayscaleColorReduction"}}) {
+    const canvas::DitherReduction chosen = reduction;
+    QAction* action = AddCommand(canvas::DitherReductionCaption(chosen), handler,
+                                 [this, chosen] { state_.blackWhite.Dither.reduction = chosen; });
+    action->setCheckable(true);
+    action->setChecked(state_.blackWhite.Dither.reduction == chosen);
+    reductionGroup->addAction(action);
+    menu->addAction(action);
+  }
+  menu->addSeparator();
+  menu->addAction(AddCommand(QStringLiteral("Perform Dithering"),
+                             "PerformDitheringParametersbelow1",
+                             [this] { canvas::PerformDithering(state_, services_); }));
+  menu->addAction(AddCommand(QStringLiteral("Convert Work Canvas to Black and White by Dithering"),
+                             "ConvertWorkCanvastoBlackandWhitebyDithering1",
+                             [this] { canvas::DitherWorkCanvas(state_, services_); }));
+  return menu;
 }
 
 void MainWindow::InstallShellHooks() {
@@ -535,62 +645,33 @@ void MainWindow::LoadGraphicToolButtonClick() {
 }
 
 void MainWindow::LoadPicture(const QString& path) {
-  if (app::CheckMode(state_, services_, 0)) return;
-  const auto decoded =
-      canvas::DecodeGraphic(path, QSize(state_.canvas.Width(), state_.canvas.Height()));
-  if (!decoded) {
-    state_.log.StatusBarAndLog(decoded.error().ToString());
-    app::MessageDlgA(
-        state_, services_.dialogs,
-        decoded.error().kind == Error::Kind::Refused
-            ? QFileInfo(path).fileName() + QStringLiteral(" is is not a valid graphic file ! ")
-            : QStringLiteral("Graphic loading Error"),
-        QStringLiteral("Loading a Graphic Error"), 0, platform::Buttons::Ok,
-        platform::DialogType::Error);
-    return;
-  }
-  QImage picture = decoded.value().frames.first();
-  if (picture.width() > settings::kMaxUserWidth || picture.height() > settings::kMaxUserHeight) {
-    picture = canvas::PropotionalResize(picture,
-                                        QSize(settings::kMaxUserWidth, settings::kMaxUserHeight));
-  }
-  // The display takes the picture's size; gray and colour modes reduce it to their palette,
-  // monochrome takes the dark pixels as black.
-  settings::SetDisplaySize(state_, picture.width(), picture.height());
-  const settings::PixelMode mode = canvas::ModeOf(state_.settings);
-  if (!settings::IsMonochromeMode(mode)) {
-    canvas::LoadModePalette(state_, services_);
-    canvas::ReduceLikeLoading(picture, state_.palettes, mode, services_.escape);
-    state_.canvas.Restore(picture);
-  } else {
-    const QImage gray = picture.convertToFormat(QImage::Format_Grayscale8);
-    for (int y = 0; y < gray.height(); ++y) {
-      const uchar* row = gray.constScanLine(y);
-      for (int x = 0; x < gray.width(); ++x) {
-        state_.canvas.SetPixel(x, y, row[x] < 128 ? canvas::kBlack : canvas::kWhite);
-      }
-    }
-  }
-  state_.settings.output.nbmfn = QFileInfo(path).fileName();
-  app::defineOutputFileName(state_);
-  state_.modes.ArtworkFresh = false;
-  canvas::PushUndo(state_);
-  app::AddMRUF(state_, QFileInfo(path).absoluteFilePath());
-  state_.log.StatusBarAndLog(QStringLiteral("Graphic loaded : ") + path);
+  canvas::LoadGraphicFile(state_, services_, path);
   Refresh();
 }
 
+void MainWindow::LoadGraphicPreviewGlowButtonClick() {
+  GraphicPreviewDialog dialog(state_, services_, this);
+  QTimer::singleShot(0, &dialog, [this, &dialog] {
+    if (dialogShown) dialogShown(dialog);
+  });
+  if (dialog.exec() != QDialog::Accepted) return;
+  canvas::ImportGraphicPreview(state_, services_, dialog.Preview());
+}
+
+bool MainWindow::ThresholdToolShown() const {
+  return canvasTools_->currentWidget() == thresholdTool_;
+}
+
 void MainWindow::MRUFClick(const QString& item) {
-  if (app::CheckMode(state_, services_, 0)) return;
   const QString path = app::MRUFPath(item);
+  const app::RecentFileAction action = app::RecentFileActionFor(path, state_.settings.output.fexts);
+  // A picture's load runs the mode gate itself; asking twice would ask the user twice.
+  if (action != app::RecentFileAction::OpenPicture && app::CheckMode(state_, services_, 0)) return;
   state_.log.StatusBarAndLog(QStringLiteral("Recent Files:") + path);
-  switch (app::RecentFileActionFor(path, state_.settings.output.fexts)) {
-    case app::RecentFileAction::OpenPicture:
-      LoadPicture(path);
-      break;
-    default:  // sources, hex files, fonts and scripts open once their tools exist
-      state_.log.StatusBarAndLog(NotAvailableText());
-      break;
+  if (action == app::RecentFileAction::OpenPicture) {
+    LoadPicture(path);
+  } else {  // sources, hex files, fonts and scripts open once their tools exist
+    state_.log.StatusBarAndLog(NotAvailableText());
   }
 }
 
@@ -681,6 +762,11 @@ bool MainWindow::SaveArtwork() {
 
 void MainWindow::Refresh() {
   canvasView_->Refresh();
+  // A resize or a mode change may have dropped the layer under the tool: it goes with it.
+  const bool threshold = state_.blackWhite.Visible && state_.canvas.Selection().IsFloating();
+  canvasTools_->setCurrentWidget(threshold ? static_cast<QWidget*>(thresholdTool_)
+                                           : canvasToolBar_);
+  thresholdTool_->Sync();
   sizeLabel_->setText(
       QStringLiteral("%1 x %2").arg(state_.canvas.Width()).arg(state_.canvas.Height()));
   const auto mode = app::ActiveMode(state_.modes);

@@ -13,8 +13,10 @@ class QLabel;
 class QMenu;
 class QProgressBar;
 class QScrollArea;
+class QStackedWidget;
 class QTabWidget;
 class QTimer;
+class QToolBar;
 
 namespace vt::app {
 class SingleInstance;
@@ -26,8 +28,10 @@ class CanvasView;
 class Explorer;
 class EditorTabs;
 class ExportDialog;
+class GraphicPreviewDialog;
 class LogWindow;
 class SettingsPanel;
+class ThresholdTool;
 
 /// The main window: the ribbon of ten pages and the main menu, the Work Canvas, the text and
 /// hex editors, the output settings panel, the log docked below and the status bar. It owns the
@@ -72,8 +76,20 @@ class MainWindow final : public QMainWindow {
   /// True when a failure or a second instance ended the run; nothing was saved.
   bool IsTerminated() const { return terminated_; }
 
-  /// Loads a picture into the Work Canvas, in black and white, at its own size.
+  /// Loads a picture file onto the Work Canvas as the floating layer (the core's load: mode
+  /// gate, size question, colour check; in monochrome the threshold tool opens when needed).
   void LoadPicture(const QString& path);
+  /// The threshold tool over the canvas; shown in place of the canvas tool bar while a layer
+  /// waits for its conversion.
+  ThresholdTool* Threshold() const { return thresholdTool_; }
+  /// The canvas tool bar: paste, undo, redo and the Dithering menu.
+  QToolBar* CanvasToolBar() const { return canvasToolBar_; }
+  /// True when the threshold tool stands in place of the canvas tool bar.
+  bool ThresholdToolShown() const;
+  /// "Load Graphic with Preview": the preview dialog, then its import. `dialogShown` lets a
+  /// caller look at or drive the dialog while it is up.
+  void LoadGraphicPreviewGlowButtonClick();
+  std::function<void(GraphicPreviewDialog&)> dialogShown;
   /// The export dialog as the next export would open it.
   std::unique_ptr<ExportDialog> MakeExportDialog();
 
@@ -97,6 +113,7 @@ class MainWindow final : public QMainWindow {
              QWidget* parent);
 
   void BuildRibbonAndMenus();
+  QMenu* BuildDitheringMenu();
   QAction* AddCommand(const QString& caption, const char* handler, std::function<void()> work);
   void InstallShellHooks();
   void RestorePositions();
@@ -127,6 +144,9 @@ class MainWindow final : public QMainWindow {
   QTabWidget* ribbon_ = nullptr;
   CanvasView* canvasView_ = nullptr;
   QScrollArea* canvasArea_ = nullptr;
+  QStackedWidget* canvasTools_ = nullptr;
+  QToolBar* canvasToolBar_ = nullptr;
+  ThresholdTool* thresholdTool_ = nullptr;
   EditorTabs* editors_ = nullptr;
   SettingsPanel* settingsPanel_ = nullptr;
   Explorer* explorer_ = nullptr;

@@ -6,6 +6,9 @@
 #include <QBuffer>
 #include <QtEndian>
 
+#include "app/shell_commands.h"
+#include "canvas/canvas_commands.h"
+#include "canvas/threshold.h"
 #include "pictures.h"
 #include "settings/geometry.h"
 #include "temp_folders.h"
@@ -16,9 +19,12 @@ namespace {
 
 using test::Picture;
 
-// A 1x1 GIF89a of one black pixel, written out byte by byte.
+// A 1x1 GIF89a of one black pixel, written out byte by byte, and the same with a second frame.
 const QByteArray kGif =
     QByteArray::fromHex("47494638396101000100800000000000ffffff2c00000000010001000002024401003b");
+const QByteArray kTwoFrameGif = QByteArray::fromHex(
+    "47494638396101000100800000000000ffffff2c000000000100010000020244010"
+    "02c00000000010001000002024401003b");
 
 QByteArray Encoded(const QImage& image, const char* format) {
   QByteArray bytes;
@@ -135,6 +141,89 @@ TEST_F(Loading, APictureFloatsAtTheCanvasSizeAfterTheResizeQuestion) {
   EXPECT_EQ(state.canvas.Selection().Layer().size(), QSize(8, 4));
   EXPECT_TRUE(state.canvas.Selection().ConversionPending());
   EXPECT_TRUE(state.canvas.Selection().ThresholdOn);
+  EXPECT_TRUE(state.blackWhite.Visible);
+  EXPECT_TRUE(
+      state.log.Lines().contains(QStringLiteral("Use trackbar, move and then paste selection...")));
+  // The composed frame shows the layer over the canvas before any paste.
+  EXPECT_EQ(state.canvas.DisplayBitmap().pixel(0, 0), qRgb(200, 30, 30));
+  EXPECT_EQ(state.canvas.Bitmap().pixel(0, 0), qRgb(255, 255, 255));
+}
+
+// Each way out of a layer waiting for its conversion hides the threshold tool.
+TEST_F(Loading, PasteEscapeAndDisableHideTheThresholdTool) {
+  QImage gray(4, 2, QImage::Format_RGB32);
+  gray.fill(qRgb(100, 100, 100));
+  const std::function<void()> ends[] = {
+      [&] { EXPECT_TRUE(DoPaste(state, t.services, BlackWhiteConversions(state))); },
+      [&] { EscapeSelection(state); },
+      [&] { DeleteSelectionLayer(state); },
+  };
+  for (const auto& end : ends) {
+    AssignInPutBitmap(state, t.services, gray, true);
+    ASSERT_TRUE(state.blackWhite.Visible);
+    end();
+    EXPECT_FALSE(state.blackWhite.Visible);
+    EXPECT_FALSE(state.canvas.Selection().IsFloating());
+  }
+  // The paste asked first ("Ok": threshold at the middle, 127 * 65792 above gray 100).
+  EXPECT_EQ(state.canvas.Pixel(0, 0), kBlack);
+}
+
+// Dithering on load runs before the check: to black and white, nothing waits for the slider.
+TEST_F(Loading, DitheringOnLoadMakesTheCheckFindNothingToConvert) {
+  QImage picture(2, 1, QImage::Format_RGB32);
+  picture.setPixel(0, 0, qRgb(100, 100, 100));  // 100 * 256 < 32513: black
+  picture.setPixel(1, 0, qRgb(200, 200, 200));  // white
+  state.blackWhite.DitherOnLoad = true;
+  state.blackWhite.PreviewDither = {DitherMethod::Nearest, DitherReduction::Monochrome};
+  AssignInPutBitmap(state, t.services, picture, true);
+  EXPECT_FALSE(state.canvas.Selection().ConversionPending());
+  EXPECT_FALSE(state.blackWhite.Visible);
+  EXPECT_EQ(test::RowsOf(state.canvas.Selection().Layer()), QStringLiteral("#."));
+}
+
+TEST_F(Loading, AGifLoadsItsFirstFrameAndSaysSo) {
+  const struct {
+    QByteArray bytes;
+    QStringList dialogs;
+    QString logged;
+  } cases[] = {
+      {kGif, {QStringLiteral(" Single layered GIF loaded, no animation ! ")}, {}},
+      {kTwoFrameGif,
+       {},
+       QStringLiteral("2 layers in loaded GIF, animation not available yet: first layer loaded")},
+  };
+  for (const auto& c : cases) {
+    t.dialogs.shown.clear();
+    ASSERT_TRUE(
+        ImportImageMDIChild(state, t.services, File(QStringLiteral("a.gif"), c.bytes), false));
+    EXPECT_EQ(t.dialogs.Texts(), c.dialogs);
+    if (!c.dialogs.isEmpty()) EXPECT_EQ(t.dialogs.shown[0].caption, QStringLiteral("Info"));
+    if (!c.logged.isEmpty()) EXPECT_TRUE(state.log.Lines().contains(c.logged));
+    EXPECT_EQ(state.canvas.Selection().Layer().size(), QSize(1, 1));
+  }
+}
+
+TEST_F(Loading, ReloadTakesTheLastFileAgainOrSaysWhyNot) {
+  const QString title = QStringLiteral("Reload Last Canvas File");
+  EXPECT_FALSE(ReloadLastCanvasButtonClick(state, t.services));
+  const QString path =
+      File(QStringLiteral("Pic.png"), Encoded(Picture(QStringLiteral("#..#")), "png"));
+  ASSERT_TRUE(LoadGraphicFile(state, t.services, path));
+  EXPECT_EQ(state.MRUList.value(0), QFileInfo(path).absoluteFilePath());
+  ASSERT_TRUE(DoPaste(state, t.services, BlackWhiteConversions(state)));
+  state.canvas.Clear();
+  ASSERT_TRUE(ReloadLastCanvasButtonClick(state, t.services));
+  EXPECT_EQ(test::RowsOf(state.canvas.Selection().Layer()), QStringLiteral("#..#"));
+  // A file since gone is named.
+  ASSERT_TRUE(QFile::remove(path));
+  EXPECT_FALSE(ReloadLastCanvasButtonClick(state, t.services));
+  EXPECT_EQ(
+      t.dialogs.Texts(),
+      (QStringList{QStringLiteral(" No graphic file has been loaded onto the Work Canvas yet ! "),
+                   QFileInfo(path).absoluteFilePath() + QStringLiteral(" not found ! ")}));
+  EXPECT_EQ(t.dialogs.shown[0].caption, title);
+  EXPECT_EQ(t.dialogs.shown[1].caption, title);
 }
 
 TEST(CalcCloseCrop, HoldsEveryPixelUnlikeTheFirstAndWants24Bits) {

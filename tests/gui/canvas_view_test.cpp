@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QMouseEvent>
+
 #include "canvas/work_canvas.h"
 #include "gui_test_app.h"
 
@@ -70,6 +72,31 @@ TEST_F(CanvasViewTest, DrawsALightGridFromZoomFourOnly) {
   picture = Picture(CanvasView::kGridZoom - 1);
   EXPECT_EQ(picture.pixelColor(3, 1), QColor(Qt::white));  // would be the edge of pixel (1, 0)
   EXPECT_EQ(picture.pixelColor(3, 4), QColor(Qt::black));  // first column of pixel (1, 1)
+}
+
+// A floating layer larger than the canvas shows composed over it and moves with the mouse, in
+// whole canvas pixels, also past the top-left edge.
+TEST_F(CanvasViewTest, AFloatingLayerShowsAndIsDraggedPastTheEdge) {
+  QImage layer = canvas::MakeRaster(QSize(6, 3));
+  layer.setPixel(2, 0, qRgb(0, 0, 0));
+  canvas.Selection().Float(layer, {0, 0}, false);
+  EXPECT_EQ(Picture(2).pixelColor(3, 3), QColor(Qt::white));  // the bitmap's black (1,1), covered
+  EXPECT_EQ(Picture(2).pixelColor(5, 1), QColor(Qt::black));  // the layer's (2,0)
+  int moved = 0;
+  QObject::connect(&view, &CanvasView::layerMoved, [&] { ++moved; });
+  const auto send = [&](QEvent::Type type, QPoint at) {
+    QMouseEvent event(type, at, view.mapToGlobal(at), Qt::LeftButton,
+                      type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton,
+                      Qt::NoModifier);
+    QApplication::sendEvent(&view, &event);
+  };
+  send(QEvent::MouseButtonPress, {5, 5});
+  send(QEvent::MouseMove, {1, 5});  // two pixels left at zoom 2
+  send(QEvent::MouseButtonRelease, {1, 5});
+  EXPECT_EQ(canvas.Selection().Rect(), (canvas::SelectionRect{-2, 0, 4, 3}));
+  EXPECT_EQ(moved, 1);
+  EXPECT_EQ(Picture(2).pixelColor(1, 1), QColor(Qt::black));  // layer (2,0) now at (0,0)
+  EXPECT_EQ(canvas.Pixel(0, 0), canvas::kWhite);              // the bitmap itself is untouched
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAction>
 #include <QDeadlineTimer>
 #include <QListWidget>
 #include <QTreeWidget>
@@ -45,6 +46,29 @@ TEST_F(ExplorerTest, ListsProjectsAndFoldersAndActivatesTheChosenProject) {
   explorer.ActivateSelected();
   EXPECT_EQ(activated, 1);
   EXPECT_EQ(QFileInfo(app::CurrentSettingsFile(state)).fileName(), QStringLiteral("Board.LCD"));
+}
+
+// F2 (or the list's context menu) puts the item into edit mode after the checks; the end of the
+// edit renames the file. The default project refuses before any edit.
+TEST_F(ExplorerTest, RenameEditsTheProjectsNameInTheList) {
+  Explorer explorer(state, t.services);
+  explorer.CreateProject(QStringLiteral("Board"));
+  const QString folder = QFileInfo(app::CurrentSettingsFile(state)).absolutePath();
+  explorer.Projects()->setCurrentRow(1);  // default.LCD
+  explorer.RenameAction()->trigger();
+  EXPECT_EQ(t.dialogs.Texts(),
+            QStringList{QStringLiteral("This default project can not be renamed !")});
+  EXPECT_FALSE(explorer.Projects()->item(1)->flags() & Qt::ItemIsEditable);
+
+  explorer.Projects()->setCurrentRow(0);
+  explorer.RenameAction()->trigger();
+  QListWidgetItem* item = explorer.Projects()->item(0);
+  ASSERT_TRUE(item->flags() & Qt::ItemIsEditable);
+  item->setText(QStringLiteral("Panel"));  // what the editor commits
+  EXPECT_TRUE(QFileInfo::exists(folder + QStringLiteral("/Panel.LCD")));
+  EXPECT_FALSE(QFileInfo::exists(folder + QStringLiteral("/Board.LCD")));
+  EXPECT_EQ(explorer.Projects()->item(1)->text(), QStringLiteral("Panel.LCD"));
+  EXPECT_EQ(t.dialogs.shown.size(), 1);
 }
 
 TEST_F(ExplorerTest, TheFileListShowsTypesFollowsTheDiskAndDispatchesLoads) {

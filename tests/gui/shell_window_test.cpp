@@ -50,7 +50,9 @@ class ShellWindow : public ::testing::Test {
 
 TEST_F(ShellWindow, ExportFromTheRibbonLeavesTheArrayInTheEditorAndTheOutputFolder) {
   MainWindow window(platform.services, {});
+  settings::SetDisplaySize(window.State(), 16, 8);
   window.LoadPicture(Picture());
+  window.Command(QStringLiteral("Paste Selection"))->trigger();
   QAction* command = window.Command(QStringLiteral("Export Work Canvas to Data"));
   ASSERT_NE(command, nullptr);
   bool dialogSeen = false;
@@ -136,7 +138,9 @@ TEST_F(ShellWindow, ModeAndDirectionChangesAreRefusedThroughTheDialogs) {
 TEST_F(ShellWindow, ClosingWithUnsavedArtworkAsksThenSavesSettingsAndLog) {
   MainWindow window(platform.services, {});
   window.show();
+  settings::SetDisplaySize(window.State(), 16, 8);
   window.LoadPicture(Picture());
+  window.Command(QStringLiteral("Paste Selection"))->trigger();
   const QString logFile = window.State().files.InitFolder + app::kLogFileName;
   platform.dialogs.Answer(Answer::Cancel);
   EXPECT_FALSE(window.close());
@@ -218,9 +222,19 @@ TEST_F(ShellWindow, AFileTheLoaderRefusesLeavesTheCanvasAndTheExplorerLoadsPictu
   ASSERT_TRUE(file.open(QIODevice::WriteOnly));
   file.write("\x89PNG\r\n\x1a\n-truncated");
   file.close();
-  window.LoadPicture(broken);
-  EXPECT_EQ(platform.dialogs.Texts(), QStringList{QStringLiteral("Graphic loading Error")});
-  EXPECT_EQ(window.State().canvas.Snapshot(), before);
+  window.LoadPicture(broken);  // the layer still floating is pasted first ("Paste now")
+  EXPECT_EQ(platform.dialogs.Texts(),
+            (QStringList{QStringLiteral(" Floating Selection layer has not been pasted to Work "
+                                        "Canvas !\r Paste now, Discard selection or Cancel ? "),
+                         QStringLiteral("Graphic loading Error")}));
+  EXPECT_FALSE(window.State().canvas.Selection().IsFloating());
+  const QImage pasted = window.State().canvas.Snapshot();
+  EXPECT_EQ(pasted.copy(0, 0, 16, 8), QImage(Picture()).convertToFormat(QImage::Format_RGB32));
+  EXPECT_NE(pasted, before);
+  // The reload takes the picture again, not the file that failed.
+  window.Command(QStringLiteral("Reload Last Canvas File"))->trigger();
+  EXPECT_EQ(window.State().canvas.Selection().Layer().size(), QSize(16, 8));
+  EXPECT_EQ(window.State().canvas.Snapshot(), pasted);
 
   // The explorer's list opens a picture of the graphics folder through the same load.
   const QString folder = window.State().settings.folder.BFP;
@@ -233,7 +247,7 @@ TEST_F(ShellWindow, AFileTheLoaderRefusesLeavesTheCanvasAndTheExplorerLoadsPictu
   const auto items = explorer->Files()->findItems(QStringLiteral("wide.png"), Qt::MatchExactly);
   ASSERT_EQ(items.size(), 1);
   Q_EMIT explorer->Files()->itemActivated(items.first(), 0);
-  EXPECT_EQ(window.State().canvas.Width(), 24);
+  EXPECT_EQ(window.State().canvas.Selection().Layer().size(), QSize(24, 8));
   EXPECT_EQ(window.State().settings.output.nbmfn, QStringLiteral("wide.png"));
 }
 

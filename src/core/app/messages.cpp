@@ -119,15 +119,15 @@ int MessageDlgA(AppState& state, platform::Dialogs& dialogs, const QString& text
 }
 
 int MyMessageDialog(AppState& state, platform::Dialogs& dialogs, const QString& text,
-                    DialogType type, int lastCaptionIndex, const QStringList& captions,
-                    int buttons) {
+                    DialogType type, int lastCaptionIndex, const QStringList& captions, int buttons,
+                    const QString& title) {
   state.log.StatusBarAndLog(QStringLiteral("Message Dialog :") + text);
   if (state.modes.ConsoleMode) {
     state.ModeChoice = AnswerInConsole(state, text, buttons);
     return state.ModeChoice;
   }
   KeepErrorMessage(state.log, text, type);
-  DialogRequest request = BuildRequest(state, text, QString(), buttons, type);
+  DialogRequest request = BuildRequest(state, text, title, buttons, type);
   request.customCaptions = UsedCaptions(captions, lastCaptionIndex);
   const int answer = ShowAndKeep(state, dialogs, request);
   LogIfAny(state.log, CustomAnswerLine(answer));

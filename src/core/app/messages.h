@@ -24,8 +24,9 @@ int MessageDlgA(AppState& state, platform::Dialogs& dialogs, const QString& text
 /// text. The captions replace those of the set's buttons in order (see platform::ButtonsOf), so
 /// with the sets 12 and 44 the first caption answers 1, the second 2, the third 4.
 /// `lastCaptionIndex` is the index of the last caption used; later buttons stay without one.
+/// `title` names the window; empty gives the title of `type`.
 int MyMessageDialog(AppState& state, platform::Dialogs& dialogs, const QString& text,
                     platform::DialogType type, int lastCaptionIndex, const QStringList& captions,
-                    int buttons);
+                    int buttons, const QString& title = QString());
 
 }  // namespace vt::app

@@ -125,8 +125,7 @@ bool SaveAsNewProject(AppState& state, Services& services, const QString& name) 
   return saved;
 }
 
-bool RenameProject(AppState& state, Services& services, const QString& name,
-                   const QString& newName) {
+bool MenuItem5Click(AppState& state, Services& services, const QString& name) {
   state.log.StatusBarAndLog(QStringLiteral("Rename Project in Popup Menu"));
   if (IsDefaultProject(name)) {
     Tell(state, services, QStringLiteral("This default project can not be renamed !"),
@@ -145,6 +144,11 @@ bool RenameProject(AppState& state, Services& services, const QString& name,
          QStringLiteral("Error"), DialogType::Error);
     return false;
   }
+  return true;
+}
+
+bool RenameProjectTo(AppState& state, const QString& name, const QString& newName) {
+  const QString from = ProjectPath(state, name);
   QString target = QFileInfo(newName.trimmed()).fileName();
   if (target.isEmpty() || IsDefaultProject(target)) return false;
   if (!target.endsWith(QStringLiteral(".LCD"), Qt::CaseInsensitive)) {
@@ -155,6 +159,11 @@ bool RenameProject(AppState& state, Services& services, const QString& name,
   if (QFileInfo(from) == QFileInfo(CurrentSettingsFile(state))) SetCurrentSettingsFile(state, to);
   ListAllProjects(state);
   return true;
+}
+
+bool RenameProject(AppState& state, Services& services, const QString& name,
+                   const QString& newName) {
+  return MenuItem5Click(state, services, name) && RenameProjectTo(state, name, newName);
 }
 
 bool DeleteProject(AppState& state, Services& services, const QString& name) {

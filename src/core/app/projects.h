@@ -46,7 +46,15 @@ bool ActivateProject(AppState& state, Services& services, const QString& name);
 /// the active project's folder. An existing file is not overwritten. False after telling why.
 bool SaveAsNewProject(AppState& state, Services& services, const QString& name);
 
-/// Rename from the project list; the default project and a file in use refuse.
+/// MenuItem5Click, rename from the project list: logs "Rename Project in Popup Menu", then
+/// refuses "default.LCD" ("This default project can not be renamed !"), no selection ("Please
+/// select the project to rename in the list !" under "Selection error") and a file in use.
+/// True when the list item may go into edit mode.
+bool MenuItem5Click(AppState& state, Services& services, const QString& name);
+/// The end of the edit: `name` becomes `newName` (".LCD" added when missing). An empty name,
+/// "default.LCD", an existing file or a failed rename leave it. The active project follows.
+bool RenameProjectTo(AppState& state, const QString& name, const QString& newName);
+/// Both in one: the checks, then the rename.
 bool RenameProject(AppState& state, Services& services, const QString& name,
                    const QString& newName);
 

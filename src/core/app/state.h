@@ -31,6 +31,7 @@ struct FileNames {
   QString SourceFileExtUpper;  ///< that extension in upper case
   QString SettingsFile;        ///< the active .LCD file (CurrentSettingsFile)
   QString InitFolder;          ///< folder of the init file, with a trailing separator
+  QString LastCanvasFile;      ///< the graphic file last loaded onto the canvas, full path
   bool FirstRun = false;
   bool StartFromDefaults = false;  ///< the init file named no usable project
 };

@@ -5,6 +5,7 @@
 #include "app/messages.h"
 #include "app/state.h"
 #include "canvas/canvas_texts.h"
+#include "canvas/threshold.h"
 #include "settings/pixel_modes.h"
 
 namespace vt::canvas {
@@ -30,7 +31,9 @@ bool IsMonochrome(const app::AppState& state) {
   return !mode || settings::IsMonochromeMode(*mode);
 }
 
+/// DisableSelection: the layer goes, and the threshold tool with it.
 void DropSelection(app::AppState& state) {
+  ThresholdOFF(state);
   state.canvas.DisableSelection();
 }
 
@@ -42,6 +45,7 @@ bool Paste(app::AppState& state, bool keepFloating) {
     return false;
   }
   if (result != PasteResult::Pasted && result != PasteResult::PastedPushFailed) return false;
+  if (!keepFloating) ThresholdOFF(state);
   state.modes.ArtworkFresh = false;
   if (result == PasteResult::PastedPushFailed) {
     state.log.HandledExcept(Text(texts::kPushError));

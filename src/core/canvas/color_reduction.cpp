@@ -245,6 +245,25 @@ ConversionStatus ConvertToMyColor(QImage& image, const PaletteState& palettes, P
                    [&](Color c) { return c == 0 ? Color(0) : search.NearestColorKill(c); });
 }
 
+int CountPictureColors(const QImage& image, int limit) {
+  return DistinctColors(AsRgb32(image), limit);
+}
+
+void ReduceToPalette(QImage& image, PaletteState& palettes, PixelMode mode, DitherMethod method) {
+  if (HasNoConversion(mode) || palettes.Colors().empty()) return;
+  const auto rgb = [](int r, int g, int b) { return Color(r) | Color(g) << 8 | Color(b) << 16; };
+  if (palettes.SmallPaletteMode) {
+    const Palette& small = palettes.SmallPalette;
+    DitherRasterWith(image, method,
+                     [&](int r, int g, int b) { return NearestSmallColor(rgb(r, g, b), small); });
+    return;
+  }
+  NearestColorSearch search(palettes.LargePalette);
+  DitherRasterWith(image, method,
+                   [&](int r, int g, int b) { return search.NearestColor(rgb(r, g, b)); });
+  palettes.lastIndex = search.LastIndex();
+}
+
 void DoGrayscale(QImage& image) {
   for (int y = 0; y < image.height(); ++y) {
     QRgb* row = Row(image, y);

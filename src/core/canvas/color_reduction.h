@@ -8,6 +8,7 @@
 #include <QImage>
 #include <QString>
 
+#include "canvas/dithering.h"
 #include "canvas/palettes.h"
 #include "platform/key_poll.h"
 #include "settings/pixel_modes.h"
@@ -65,6 +66,15 @@ ConversionStatus ConvertToMyColor(QImage& image, const PaletteState& palettes,
 void DoGrayscale(QImage& image);
 /// Number of pixels whose colour is not in `palette`.
 long long CountUnknownColors(const QImage& image, const Palette& palette);
+
+/// Number of distinct colours of a picture; the count stops above `limit`.
+int CountPictureColors(const QImage& image, int limit = 1 << 24);
+
+/// The reduction offered after an import: the error-diffusion engine with `method`, each value
+/// going to its palette colour by the same rule as ConvertToNearestColor, so that the picture
+/// ends holding palette colours only. Monochrome and 16M: nothing is done.
+void ReduceToPalette(QImage& image, PaletteState& palettes, settings::PixelMode mode,
+                     DitherMethod method);
 
 /// A picture reduced the way loading reduces it: in a gray mode the gray conversion first;
 /// then, when it holds more colours than the mode has, ConvertToNearestColor. Monochrome and

@@ -28,6 +28,9 @@ const DitherKernel kKernels[] = {
     {kJaJuNi, 48}, {kSteveArche, 200},    {kBurkes, 32},
 };
 
+constexpr std::array<const char*, 7> kCaptions = {"Nearest", "Floyd Steinberg", "Stucki", "Sierra",
+                                                  "JaJuNi",  "Steve Arche",     "Burkes"};
+
 constexpr std::array<const char*, 7> kNames = {"nearest", "floyd-steinberg", "stucki", "sierra",
                                                "jajuni",  "steve-arche",     "burkes"};
 
@@ -56,10 +59,14 @@ void GrayscaleRaster(QImage& image) {
 }
 
 void DitherRaster(QImage& image, const DitherParameters& parameters) {
+  DitherRasterWith(
+      image, parameters.method,
+      parameters.reduction == DitherReduction::Monochrome ? MonochromeLookup : GrayLookup);
+}
+
+void DitherRasterWith(QImage& image, DitherMethod method, const DitherLookup& lookup) {
   Q_ASSERT(image.format() == QImage::Format_RGB32);
-  const DitherKernel& kernel = KernelOf(parameters.method);
-  const auto lookup =
-      parameters.reduction == DitherReduction::Monochrome ? MonochromeLookup : GrayLookup;
+  const DitherKernel& kernel = KernelOf(method);
   const int width = image.width();
   const int height = image.height();
   // The errors waiting for the rows the kernel reaches: as many rows as the kernel is deep,
@@ -94,6 +101,16 @@ void DitherRaster(QImage& image, const DitherParameters& parameters) {
 
 QString DitherMethodName(DitherMethod method) {
   return QString::fromLatin1(kNames[static_cast<std::size_t>(method)]);
+}
+
+QString DitherMethodCaption(DitherMethod method) {
+  return QString::fromLatin1(kCaptions[static_cast<std::size_t>(method)]);
+}
+
+QString DitherReductionCaption(DitherReduction reduction) {
+  return reduction == DitherReduction::Monochrome
+             ? QStringLiteral("Color Reduction Monochrome")
+             : QStringLiteral("Color Reduction 256 Gray Shades");
 }
 
 std::optional<DitherMethod> DitherMethodFromName(const QString& name) {

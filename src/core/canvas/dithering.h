@@ -7,6 +7,7 @@
 
 #include <QImage>
 #include <QString>
+#include <functional>
 #include <optional>
 #include <span>
 
@@ -64,6 +65,18 @@ void GrayscaleRaster(QImage& image);
 /// kernel, per channel. Errors are kept in units of 1/sum and added to a pixel truncated
 /// toward zero; error falling outside the raster is lost.
 void DitherRaster(QImage& image, const DitherParameters& parameters);
+
+/// The answer of a reduction for one pixel value: the colour (0x00BBGGRR) that red, green and
+/// blue (each 0..255) become.
+using DitherLookup = std::function<Color(int red, int green, int blue)>;
+/// The same engine with any lookup, such as the nearest colour of a palette.
+void DitherRasterWith(QImage& image, DitherMethod method, const DitherLookup& lookup);
+
+/// The menu captions: "Nearest", "Floyd Steinberg", "Stucki", "Sierra", "JaJuNi",
+/// "Steve Arche", "Burkes".
+QString DitherMethodCaption(DitherMethod method);
+/// "Color Reduction Monochrome", "Color Reduction 256 Gray Shades".
+QString DitherReductionCaption(DitherReduction reduction);
 
 /// Command-line names of the methods: nearest, floyd-steinberg, stucki, sierra, jajuni,
 /// steve-arche, burkes.

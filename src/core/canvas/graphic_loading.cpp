@@ -9,10 +9,14 @@
 #include <QSvgRenderer>
 
 #include "app/messages.h"
+#include "app/modes.h"
 #include "app/output_naming.h"
+#include "app/shell_commands.h"
 #include "canvas/auto_framing.h"
 #include "canvas/canvas_commands.h"
+#include "canvas/color_check.h"
 #include "canvas/raster.h"
+#include "canvas/threshold.h"
 #include "platform/dialogs.h"
 #include "settings/pixel_modes.h"
 
@@ -138,7 +142,11 @@ bool ImportImageMDIChild(app::AppState& state, app::Services& services, const QS
   };
   if (isFolder) return refuse(QStringLiteral(" Please select file to import in the File List ! "));
   QImage picture;
-  if (QFileInfo(path).fileName().compare(QStringLiteral("Newfile.bmp"), Qt::CaseInsensitive) == 0) {
+  int frames = 1;
+  bool gif = false;
+  const bool newFile =
+      QFileInfo(path).fileName().compare(QStringLiteral("Newfile.bmp"), Qt::CaseInsensitive) == 0;
+  if (newFile) {
     picture = QImage(state.canvas.Width(), state.canvas.Height(), QImage::Format_RGB32);
     picture.fill(Qt::white);
   } else {
@@ -153,16 +161,57 @@ bool ImportImageMDIChild(app::AppState& state, app::Services& services, const QS
       return refuse(QStringLiteral("Graphic loading Error"));
     }
     picture = decoded.value().frames.first();
+    frames = int(decoded.value().frames.size());
+    gif = decoded.value().ImportExtension == QLatin1String(".GIF");
   }
   state.settings.output.nbmfn = QFileInfo(path).fileName();
   app::defineOutputFileName(state);
   AssignInPutBitmap(state, services, picture, true);
+  if (!newFile) state.files.LastCanvasFile = QFileInfo(path).absoluteFilePath();
+  if (gif && frames == 1) {
+    app::MessageDlgA(state, services.dialogs,
+                     QStringLiteral(" Single layered GIF loaded, no animation ! "),
+                     QStringLiteral("Info"), 0, Buttons::Ok, DialogType::Information);
+  } else if (gif) {
+    // Until animations exist, a GIF of several frames loads as its first frame.
+    state.log.StatusBarAndLog(
+        QStringLiteral("%1 layers in loaded GIF, animation not available yet: first layer loaded")
+            .arg(frames));
+  }
   return true;
+}
+
+bool LoadGraphicFile(app::AppState& state, app::Services& services, const QString& path) {
+  if (app::CheckMode(state, services, 0)) return false;
+  if (!ResolveFloatingSelection(state, services, BlackWhiteConversions(state))) return false;
+  if (!ImportImageMDIChild(state, services, path, QFileInfo(path).isDir())) return false;
+  app::AddMRUF(state, QFileInfo(path).absoluteFilePath());
+  return true;
+}
+
+bool ReloadLastCanvasButtonClick(app::AppState& state, app::Services& services) {
+  const QString path = state.files.LastCanvasFile;
+  const QString title = QStringLiteral("Reload Last Canvas File");
+  if (path.isEmpty()) {
+    app::MessageDlgA(state, services.dialogs,
+                     QStringLiteral(" No graphic file has been loaded onto the Work Canvas yet ! "),
+                     title, 0, Buttons::Ok, DialogType::Information);
+    return false;
+  }
+  if (!QFileInfo(path).isFile()) {
+    app::MessageDlgA(state, services.dialogs, path + QStringLiteral(" not found ! "), title, 0,
+                     Buttons::Ok, DialogType::Warning);
+    return false;
+  }
+  return LoadGraphicFile(state, services, path);
 }
 
 void AssignInPutBitmap(app::AppState& state, app::Services& services, QImage picture,
                        bool fromFile) {
   state.log.Laction = QStringLiteral("Assign Input Bitmap");
+  picture = picture.convertToFormat(QImage::Format_RGB32);
+  if (state.blackWhite.DitherOnLoad) DitherRaster(picture, state.blackWhite.PreviewDither);
+  ThresholdOFF(state);
   FloatingSelection& selection = state.canvas.Selection();
   const SelectionRect frame = selection.Rect();
   const bool toFrame = !frame.IsEmpty();
@@ -186,12 +235,12 @@ void AssignInPutBitmap(app::AppState& state, app::Services& services, QImage pic
                                         Buttons::Yes | Buttons::No, DialogType::Warning);
     if (answer == Answer::Yes) picture = PropotionalResize(picture, limit);
   }
-  const bool monochrome = settings::IsMonochromeMode(
-      settings::CurrentPixelMode(state.settings).value_or(settings::PixelMode::Monochrome));
-  const bool needsConversion = monochrome && !IsBlackAndWhite(picture);
+  const bool needsConversion =
+      CheckColorsSelection(state, services, picture) == ColorCheck::ThresholdPending;
   selection.Float(picture, toFrame ? QPoint(frame.X1, frame.Y1) : QPoint(0, 0), needsConversion);
-  selection.ThresholdOn = needsConversion;
+  if (needsConversion) ThresholdON(state);
   EnableSelection(state);
+  state.canvas.CopyBitmapToCanvas();
 }
 
 Result<QRect> CalcCloseCrop(const QImage& picture) {

@@ -43,17 +43,32 @@ QImage PropotionalResize(const QImage& picture, QSize limit);
 /// ImportImageMDIChild: "Newfile.bmp" gives an empty picture of the canvas size; a folder says
 /// " Please select file to import in the File List ! "; an unknown extension
 /// "<name> is is not a valid graphic file ! ", a failing decoder "Graphic loading Error", both
-/// under "Loading a Graphic Error". A decoded single picture goes on through AssignInPutBitmap.
-/// False when the canvas was left as it was.
+/// under "Loading a Graphic Error". The decoded picture (the first frame of a GIF) goes on
+/// through AssignInPutBitmap and the file becomes the last canvas file. A GIF of one frame then
+/// tells " Single layered GIF loaded, no animation ! " under "Info"; of several, the log says
+/// that only the first was taken. False when the canvas was left as it was.
 bool ImportImageMDIChild(app::AppState& state, app::Services& services, const QString& path,
                          bool isFolder);
 
-/// AssignInPutBitmap: sizes the picture to the drawn selection frame or the canvas (asking
-/// whether to resize when it is larger), converts it for the pixel mode (in monochrome a
-/// picture that is not black and white floats unconverted, waiting for the threshold or
-/// dithering), and makes it the floating layer at the frame's corner.
+/// AssignInPutBitmap: dithers the picture first when dithering on load is on (with the
+/// preview's method and reduction), hides the threshold tool, sizes the picture to the drawn
+/// selection frame or the canvas (asking whether to resize when it is larger), checks it
+/// against the pixel mode (CheckColorsSelection: in monochrome a picture that is not black and
+/// white floats unconverted with the threshold tool open), and makes it the floating layer at
+/// the frame's corner.
 void AssignInPutBitmap(app::AppState& state, app::Services& services, QImage picture,
                        bool fromFile);
+
+/// The load of a graphic file onto the canvas, as the load dialog, the explorer and the recent
+/// files do it: the mode gate (CheckMode), a layer still floating is pasted or discarded first
+/// (or the load stops), then ImportImageMDIChild; a loaded file goes to the recent files.
+/// Returns whether the picture was loaded.
+bool LoadGraphicFile(app::AppState& state, app::Services& services, const QString& path);
+
+/// ReloadLastCanvasButtonClick: loads again, by LoadGraphicFile, the graphic file last loaded
+/// onto the canvas. Without one: " No graphic file has been loaded onto the Work Canvas yet ! ";
+/// a file since gone: its path and " not found ! "; both under "Reload Last Canvas File".
+bool ReloadLastCanvasButtonClick(app::AppState& state, app::Services& services);
 
 /// CalcCloseCrop: the smallest rectangle holding every pixel that is not of the colour of
 /// pixel (0,0). Only 24 and 32-bit pictures; others fail with

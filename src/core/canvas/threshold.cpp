@@ -85,6 +85,12 @@ void ThresholdMiddle(app::AppState& state) {
   BWTrackBarChange(state, BlackWhiteTools::kMaxPosition / 2);
 }
 
+void ThresholdON(app::AppState& state) {
+  state.blackWhite.Visible = true;
+  state.canvas.Selection().ThresholdOn = true;
+  state.log.StatusBarAndLog(QString::fromLatin1(texts::kUseTrackbar));
+}
+
 void ThresholdOFF(app::AppState& state) {
   state.blackWhite.Visible = false;
   state.canvas.Selection().ThresholdOn = false;

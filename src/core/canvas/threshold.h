@@ -22,6 +22,7 @@ inline constexpr char kBalanceChanged[] = "Black/white balance changed, paste se
 inline constexpr char kDitheringTitle[] = "Dithering";
 inline constexpr char kDitherWholeCanvas[] =
     " No area selected \r Select Whole Work Canvas and perform Dithering ? ";
+inline constexpr char kUseTrackbar[] = "Use trackbar, move and then paste selection...";
 }  // namespace texts
 
 /// The threshold tool (BWAdjustementTool: BWTrackBar, BlackWhiteEdit, ">MID") and the dither
@@ -33,7 +34,11 @@ struct BlackWhiteTools {
   bool Visible = false;        ///< the tool is shown in place of the canvas tool bar
   bool DitheringDone = false;  ///< a dithering has just run: the next slider change is skipped
   QImage Backup;               ///< the layer as it was before the first threshold
-  DitherParameters Dither;
+  DitherParameters Dither;     ///< the Dithering menu's radio groups
+  /// The graphics preview's own radio groups, and its choice to dither every picture as it
+  /// is loaded (before it is sized and checked).
+  DitherParameters PreviewDither;
+  bool DitherOnLoad = false;
 };
 
 /// ThresholdValue of a slider position: position * (16777215 / 255 - 1), that is * 65792.
@@ -56,6 +61,11 @@ void BalanceGreyScale(app::AppState& state);
 
 /// ">MID": the slider to the middle (Max/2) and the threshold step.
 void ThresholdMiddle(app::AppState& state);
+
+/// Opens the threshold tool over a floating layer that waits for its conversion: the tool shows
+/// in place of the canvas tool bar, the slider acts on the layer, and the status bar says
+/// "Use trackbar, move and then paste selection...".
+void ThresholdON(app::AppState& state);
 
 /// ThresholdOFF: hides the threshold tool.
 void ThresholdOFF(app::AppState& state);

@@ -1,0 +1,94 @@
+// SPDX-License-Identifier: MIT
+#include "canvas/color_check.h"
+
+#include "app/messages.h"
+#include "app/state.h"
+#include "canvas/color_reduction.h"
+
+namespace vt::canvas {
+namespace {
+
+using platform::DialogType;
+using settings::PixelMode;
+namespace Answer = platform::Answer;
+namespace Buttons = platform::Buttons;
+
+bool IsGrayMode(PixelMode mode) {
+  return (mode >= PixelMode::Gray4 && mode <= PixelMode::Gray16Slices) ||
+         mode == PixelMode::Gray256;
+}
+
+void Tell(app::AppState& state, app::Services& services, const QString& text) {
+  app::MessageDlgA(state, services.dialogs, text, QString::fromLatin1(texts::kInfoTitle), 0,
+                   Buttons::Ok, DialogType::Information);
+}
+
+/// Reduce, Convert, Cancel: the three captions answer 1, 2 and 4.
+int AskConvertOrReduce(app::AppState& state, app::Services& services, bool gray, int levels) {
+  const QString text = gray ? QStringLiteral("Convert or Reduce to Grayscale Palette \r") +
+                                  QString::number(levels) + QStringLiteral(" gray levels")
+                            : QStringLiteral("Convert or Reduce to Color Palette \r") +
+                                  QString::number(levels) + QStringLiteral(" colors");
+  return app::MyMessageDialog(
+      state, services.dialogs, text, DialogType::Confirmation, 2,
+      {QStringLiteral("Reduce"), QStringLiteral("Convert"), QStringLiteral("Cancel")},
+      Buttons::Ok | Buttons::Cancel | Buttons::Retry,
+      gray ? QString::fromLatin1(texts::kConvertToGrayscaleTitle) : QString());
+}
+
+}  // namespace
+
+int CheckGray256(app::AppState& state, const QImage& picture) {
+  const int found = CountPictureColors(picture);
+  state.log.StatusBarAndLog(QStringLiteral("Found = ") + QString::number(found));
+  return found;
+}
+
+ColorCheck CheckColorsSelection(app::AppState& state, app::Services& services, QImage& picture) {
+  const PixelMode mode = ModeOf(state.settings);
+  if (settings::IsMonochromeMode(mode)) {
+    return IsBlackAndWhite(picture) ? ColorCheck::Kept : ColorCheck::ThresholdPending;
+  }
+  const int levels = PaletteInfoOf(mode).entries;
+  if (levels == 0) return ColorCheck::Kept;  // 16M colours take any picture
+
+  const bool gray = IsGrayMode(mode);
+  const int colors = gray ? CheckGray256(state, picture) : CountPictureColors(picture);
+  if (colors <= levels) {
+    if (gray) DoGrayscale(picture);
+    return ColorCheck::Kept;
+  }
+  const int answer = AskConvertOrReduce(state, services, gray, levels);
+  if (answer != Answer::Ok && answer != Answer::Cancel) {
+    if (!gray) Tell(state, services, QStringLiteral(" Picture has %1 colors").arg(colors));
+    return ColorCheck::Cancelled;
+  }
+
+  LoadModePalette(state, services);
+  if (gray) DoGrayscale(picture);
+  const bool reduce = answer == Answer::Ok;
+  (void)services.escape.EscapePressed();  // clears a press from before: only a new one stops
+  if (reduce) {
+    ReduceToPalette(picture, state.palettes, mode, state.blackWhite.Dither.method);
+  } else if (ConvertToMyColor(picture, state.palettes, mode, services.escape) ==
+             ConversionStatus::Interrupted) {
+    app::MessageDlgA(state, services.dialogs, QStringLiteral(" Processing interrupted by escape !"),
+                     QStringLiteral("Information"), 0, Buttons::Ok, DialogType::Information);
+    return ColorCheck::Converted;
+  }
+  if (gray) {
+    state.log.StatusBarAndLog(QString::fromLatin1(texts::kConvertedToGrayscale));
+    Tell(state, services,
+         QStringLiteral(" Picture has been converted to %1 grey levels").arg(levels));
+  } else if (reduce) {
+    Tell(state, services,
+         QStringLiteral(" Picture has been converted from %1 to %2 colors")
+             .arg(colors)
+             .arg(CountPictureColors(picture)));
+  } else {
+    Tell(state, services, QStringLiteral(" Picture has been converted to %1 colors").arg(levels));
+  }
+  return reduce ? ColorCheck::Reduced : ColorCheck::Converted;
+}
+
+}  // namespace vt::canvas
