@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <QSet>
-#include <cmath>
 #include <tuple>
 
 #include "support/temp_folders.h"
@@ -274,19 +273,6 @@ TEST(CurrentPixelMode, MixedFlagsResolveInStartUpOrder) {
   ApplyModeFlags(none.pixel, 0);
   EXPECT_EQ(PixelsPerByte(none), 8.0);
   EXPECT_EQ(LevelCount(none), 2);
-}
-
-TEST(EightColours, PixelsPerByteIsTheStoredRealJustBelowEightThirds) {
-  // The 80-bit real: mantissa with its explicit integer bit, exponent biased by 0x3FFF.
-  const double fromExtended =
-      std::ldexp(static_cast<double>(0xAAAAAAA38225B49AULL), 0x4000 - 0x3FFF - 63);
-  EXPECT_EQ(kColors8PixelsPerByte, fromExtended);
-  EXPECT_EQ(kColors8PixelsPerByte, 2.66666666);
-  EXPECT_LT(kColors8PixelsPerByte, 8.0 / 3.0);
-  // Sizes divided by it and truncated give the full byte count: 24 pixels make 9 bytes.
-  for (int pixels : {3, 24, 48, 96, 768}) {
-    EXPECT_EQ(static_cast<int>(pixels / kColors8PixelsPerByte), pixels * 3 / 8) << pixels;
-  }
 }
 
 }  // namespace
