@@ -9,8 +9,8 @@
 
 #include "settings/geometry.h"
 #include "settings/ini_document.h"
-#include "settings/key_table.h"
 #include "settings/pixel_modes.h"
+#include "settings/settings_file.h"
 #include "temp_folders.h"
 
 namespace vt::cli {
@@ -34,11 +34,17 @@ class Cli : public ::testing::Test {
     err.flush();
     return run;
   }
-  CliRun Settings(const QStringList& rest) {
-    return Exec(QStringList{QStringLiteral("settings"), QStringLiteral("--settings"), file} + rest);
+  /// `settings --settings FILE` followed by `words`, parted by blanks.
+  CliRun Settings(const char* words) {
+    return Exec(QStringList{QStringLiteral("settings"), QStringLiteral("--settings"), file} +
+                QString::fromLatin1(words).split(QLatin1Char(' ')));
   }
   settings::IniDocument File() const {
     return settings::IniDocument::Parse(test::ReadAll(file)).value();
+  }
+  /// The value the file holds for `section`.`key`.
+  QString Value(const char* section, const char* key) const {
+    return File().Value(QString::fromLatin1(section), QString::fromLatin1(key)).value_or("?");
   }
 
   test::TempFolders folders;
@@ -58,37 +64,21 @@ TEST_F(Cli, HelpDocumentsEveryCommandAndModeName) {
   EXPECT_EQ(Exec({QStringLiteral("frobnicate")}).status, 2);
 }
 
-TEST_F(Cli, AMissingFileIsCreatedWithEveryKeyInTheOrderOfTheList) {
-  const CliRun run = Settings({QStringLiteral("set"), QStringLiteral("GWI=240")});
+TEST_F(Cli, AMissingFileIsCreatedWithEveryKeyOfAFullSave) {
+  const CliRun run = Settings("set GWI=240");
   ASSERT_EQ(run.status, 0) << run.err.toStdString();
+  settings::IniDocument full;
+  settings::WriteSettings(settings::Settings{}, full);
   const settings::IniDocument doc = File();
-  // Walk the file and the key list together: each written key appears, in order, per section.
-  QHash<QString, QStringList> expected;
-  QStringList sectionOrder;
-  for (const settings::KeyRow& row : settings::KeyTable()) {
-    if (row.flags & settings::kNoWrite) continue;
-    const QString section = row.WriteSection().toLower();
-    if (!sectionOrder.contains(section)) sectionOrder << section;
-    if (!expected[section].contains(row.WriteKey())) expected[section] << row.WriteKey();
+  EXPECT_EQ(doc.Sections(), full.Sections());
+  for (const QString& section : full.Sections()) {
+    EXPECT_EQ(doc.Keys(section), full.Keys(section)) << section.toStdString();
   }
-  QStringList fileSections;
-  for (const QString& s : doc.Sections()) fileSections << s.toLower();
-  EXPECT_EQ(fileSections.mid(0, sectionOrder.size()), sectionOrder);
-  EXPECT_EQ(fileSections.mid(sectionOrder.size()),
-            (QStringList{QStringLiteral("s18"), QStringLiteral("s19")}));
-  for (const QString& section : sectionOrder) {
-    EXPECT_EQ(doc.Keys(section), expected[section]) << section.toStdString();
-  }
-  EXPECT_EQ(doc.Value(QStringLiteral("B2"), QStringLiteral("GWI")), QStringLiteral("240"));
-  EXPECT_EQ(doc.Keys(QStringLiteral("S18")).size(), 20);
-  EXPECT_EQ(doc.Keys(QStringLiteral("S19")).size(), 11);
+  EXPECT_EQ(Value("B2", "GWI"), "240");
 }
 
 TEST_F(Cli, GetPrintsWhatALoadSees) {
-  ASSERT_EQ(Settings({QStringLiteral("set"), QStringLiteral("GHI=32"), QStringLiteral("wew1=5"),
-                      QStringLiteral("Mine.note=kept"), QStringLiteral("mru0=/x/a.bmp")})
-                .status,
-            0);
+  ASSERT_EQ(Settings("set GHI=32 wew1=5 Mine.note=kept mru0=/x/a.bmp").status, 0);
   struct Case {
     const char* key;
     const char* line;
@@ -100,88 +90,74 @@ TEST_F(Cli, GetPrintsWhatALoadSees) {
       {"cs15h", "cs15h=0\n"},      {"ext20", "ext20=\n"},     {"fmru10", "fmru10=_\n"},
   };
   for (const Case& c : cases) {
-    const CliRun run = Settings({QStringLiteral("get"), QString::fromLatin1(c.key)});
+    const CliRun run = Settings(qPrintable(QStringLiteral("get ") + c.key));
     EXPECT_EQ(run.status, 0) << c.key << run.err.toStdString();
     EXPECT_EQ(run.out, QString::fromLatin1(c.line)) << c.key;
   }
-  const CliRun several =
-      Settings({QStringLiteral("get"), QStringLiteral("GWI"), QStringLiteral("GHI")});
-  EXPECT_EQ(several.out, QStringLiteral("GWI=128\nGHI=32\n"));
-  const CliRun unknown = Settings({QStringLiteral("get"), QStringLiteral("NoSuchKey")});
+  EXPECT_EQ(Settings("get GWI GHI").out, QStringLiteral("GWI=128\nGHI=32\n"));
+  const CliRun unknown = Settings("get NoSuchKey");
   EXPECT_EQ(unknown.status, 1);
   EXPECT_TRUE(unknown.err.contains(QStringLiteral("NoSuchKey")));
 }
 
 TEST_F(Cli, SetRefusesWhatItCannotPlace) {
-  struct Case {
-    const char* assignment;
-    int status;
-  } cases[] = {{"Unqualified=1", 2}, {"noequals", 2}, {"=5", 2}};
-  for (const Case& c : cases) {
-    const CliRun run = Settings({QStringLiteral("set"), QString::fromLatin1(c.assignment)});
-    EXPECT_EQ(run.status, c.status) << c.assignment;
-    EXPECT_FALSE(run.err.isEmpty()) << c.assignment;
+  for (const char* assignment : {"set Unqualified=1", "set noequals", "set =5"}) {
+    const CliRun run = Settings(assignment);
+    EXPECT_EQ(run.status, 2) << assignment;
+    EXPECT_FALSE(run.err.isEmpty()) << assignment;
   }
-  const CliRun bad = Settings({QStringLiteral("set"), QStringLiteral("GWI=wide")});
+  const CliRun bad = Settings("set GWI=wide");
   EXPECT_EQ(bad.status, 0);
   EXPECT_TRUE(bad.err.contains(QStringLiteral("warning")));
-  EXPECT_EQ(File().Value(QStringLiteral("B2"), QStringLiteral("GWI")), QStringLiteral("128"));
+  EXPECT_EQ(Value("B2", "GWI"), "128");
 }
 
 TEST_F(Cli, ModeDirectionCornerAndSizeRunTheSelectors) {
-  ASSERT_EQ(Settings({QStringLiteral("mode"), QStringLiteral("colors65536")}).status, 0);
-  EXPECT_EQ(File().Value(QStringLiteral("S4"), QStringLiteral("C65535")), QStringLiteral("1"));
-  EXPECT_EQ(File().Value(QStringLiteral("S4"), QStringLiteral("Monc")), QStringLiteral("0"));
-
-  ASSERT_EQ(Settings({QStringLiteral("mode"), QStringLiteral("monochrome")}).status, 0);
-  ASSERT_EQ(Settings({QStringLiteral("direction"), QStringLiteral("tu")}).status, 0);
-  EXPECT_EQ(File().Value(QStringLiteral("B3"), QStringLiteral("tu")), QStringLiteral("1"));
-  EXPECT_EQ(File().Value(QStringLiteral("B2"), QStringLiteral("CORN4")), QStringLiteral("1"));
-
-  ASSERT_EQ(Settings({QStringLiteral("corner"), QStringLiteral("2")}).status, 0);
-  EXPECT_EQ(File().Value(QStringLiteral("B2"), QStringLiteral("CORN2")), QStringLiteral("1"));
-  EXPECT_EQ(File().Value(QStringLiteral("B2"), QStringLiteral("CORN4")), QStringLiteral("0"));
-
-  ASSERT_EQ(Settings({QStringLiteral("size"), QStringLiteral("480x272")}).status, 0);
-  EXPECT_EQ(File().Value(QStringLiteral("B2"), QStringLiteral("GWI")), QStringLiteral("480"));
-  EXPECT_EQ(File().Value(QStringLiteral("B2"), QStringLiteral("GHI")), QStringLiteral("272"));
+  // Each command, then the keys it must leave in the file.
+  const std::pair<const char*, QStringList> steps[] = {
+      {"mode colors65536", {"S4.C65535=1", "S4.Monc=0"}},
+      {"mode monochrome", {"S4.Monc=1"}},
+      {"direction tu", {"B3.tu=1", "B2.CORN4=1"}},
+      {"corner 2", {"B2.CORN2=1", "B2.CORN4=0"}},
+      {"size 480x272", {"B2.GWI=480", "B2.GHI=272"}}};
+  for (const auto& [command, keys] : steps) {
+    ASSERT_EQ(Settings(command).status, 0) << command;
+    for (const QString& key : keys) {
+      const QStringList parts = key.split(QRegularExpression(QStringLiteral("[.=]")));
+      EXPECT_EQ(Value(qPrintable(parts[0]), qPrintable(parts[1])), parts[2]) << command;
+    }
+  }
 }
 
 TEST_F(Cli, ARefusedSelectionPrintsItsMessageAndLeavesTheFile) {
   // 100 wide is no multiple of 8: a horizontal direction does not fit it.
-  ASSERT_EQ(Settings({QStringLiteral("size"), QStringLiteral("100x32")}).status, 0);
-  ASSERT_EQ(Settings({QStringLiteral("direction"), QStringLiteral("td")}).status, 0);
+  ASSERT_EQ(Settings("size 100x32").status, 0);
+  ASSERT_EQ(Settings("direction td").status, 0);
   const QByteArray before = test::ReadAll(file);
-  const CliRun run = Settings({QStringLiteral("direction"), QStringLiteral("tl")});
+  const CliRun run = Settings("direction tl");
   EXPECT_EQ(run.status, 1);
   EXPECT_TRUE(run.err.contains(
       QStringLiteral("Horizontal size should be a multiple of 8 for horizontal conversion")))
       << run.err.toStdString();
   EXPECT_EQ(test::ReadAll(file), before);
 
-  struct Case {
-    const char* command;
-    const char* value;
-    int status;
-  } cases[] = {{"mode", "colors9", 2}, {"direction", "up", 2}, {"corner", "5", 2},
-               {"corner", "x", 2},     {"size", "12", 2},      {"size", "2000x64", 1},
-               {"size", "64x0", 1}};
-  for (const Case& c : cases) {
-    const CliRun r = Settings({QString::fromLatin1(c.command), QString::fromLatin1(c.value)});
-    EXPECT_EQ(r.status, c.status) << c.command << " " << c.value;
-    EXPECT_FALSE(r.err.isEmpty()) << c.command << " " << c.value;
-    EXPECT_EQ(test::ReadAll(file), before) << c.command << " " << c.value;
+  const std::pair<const char*, int> cases[] = {
+      {"mode colors9", 2}, {"direction up", 2}, {"corner 5", 2}, {"corner x", 2},
+      {"size 12", 2},      {"size 2000x64", 1}, {"size 64x0", 1}};
+  for (const auto& [command, status] : cases) {
+    const CliRun r = Settings(command);
+    EXPECT_EQ(r.status, status) << command;
+    EXPECT_FALSE(r.err.isEmpty()) << command;
+    EXPECT_EQ(test::ReadAll(file), before) << command;
   }
 }
 
 TEST_F(Cli, AUserSizeIsRememberedAndTold) {
-  const CliRun run = Settings({QStringLiteral("size"), QStringLiteral("200x48")});
+  const CliRun run = Settings("size 200x48");
   ASSERT_EQ(run.status, 0) << run.err.toStdString();
   EXPECT_TRUE(run.err.contains(QStringLiteral(" User Dot Matrix Size has been defined ! ")));
-  const settings::IniDocument doc = File();
-  EXPECT_EQ(doc.Value(QStringLiteral("B2"), QStringLiteral("GWI")), QStringLiteral("200"));
-  EXPECT_EQ(doc.Value(QStringLiteral("I2"), QStringLiteral("cs0w")), QStringLiteral("200"));
-  EXPECT_EQ(doc.Value(QStringLiteral("I2"), QStringLiteral("cs0h")), QStringLiteral("48"));
+  EXPECT_EQ(QStringList({Value("B2", "GWI"), Value("I2", "cs0w"), Value("I2", "cs0h")}),
+            QStringList({"200", "200", "48"}));
 }
 
 TEST(CliBinary, RunsAsAProcessWithTheSameResults) {
