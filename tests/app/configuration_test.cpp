@@ -206,16 +206,5 @@ TEST_F(Configuration, RestoringFactorySettingsBacksUpAndForgetsTheInitFile) {
   EXPECT_TRUE(next.files.FirstRun);
 }
 
-TEST_F(Configuration, ATransferFolderFromAnEarlierVersionIsTakenOver) {
-  const QString xfer = t.folders.Documents() + "/Vantorelle inits xfer";
-  const QString project = t.folders.Path("old.LCD");
-  Write(project, "[B2]\r\nGHI=32\r\n");
-  Write(xfer + QLatin1Char('/') + kInitFileName, (project + "\r\n").toUtf8());
-  StartUp(state, t.services);
-  EXPECT_FALSE(state.files.FirstRun);
-  EXPECT_EQ(state.settings.display.GHI, 32);
-  EXPECT_FALSE(QFileInfo::exists(xfer));
-}
-
 }  // namespace
 }  // namespace vt::app
