@@ -94,6 +94,8 @@ TEST_F(Loading, EachFormatDecodesAndEachDamagedOneIsRefusedLeavingTheCanvas) {
       EXPECT_FALSE(ImportImageMDIChild(state, t.services, File(name, damaged), false)) << c.name;
     }
   }
+  // Without a size to fit, an SVG keeps its own.
+  EXPECT_EQ(DecodeGraphic(File("b.svg", svg), {}).value().frames.first().size(), QSize(4, 2));
   EXPECT_EQ(t.dialogs.Texts(), QStringList(14, QStringLiteral("Graphic loading Error")));
   EXPECT_EQ(state.canvas.Snapshot(), before);
   EXPECT_FALSE(state.canvas.Selection().IsFloating());
