@@ -84,36 +84,22 @@ TEST_F(LoadTest, AMonochromeLoadWaitsForTheSliderThenPastesBlackAndWhite) {
   }
 }
 
-// Above the mode's levels the load asks; Reduce takes the nearest of the four levels (the
-// menu's "Nearest" method), Convert maps by quarter windows (the top quarter never found,
-// so light grays go to black), Cancel keeps the grays.
-TEST_F(LoadTest, AGrayLoadIsReducedConvertedOrKeptAsAnswered) {
+// Above the mode's levels the load asks; Reduce takes the method of the menu: "Nearest" gives
+// the nearest of the four levels, no error spread.
+TEST_F(LoadTest, AGrayLoadIsReducedWithTheMenusMethodAndPasted) {
   MainWindow window(platform.services, {});
   settings::SetDisplaySize(window.State(), 8, 8);
   ASSERT_TRUE(
       settings::SelectPixelMode(window.State(), platform.services, settings::PixelMode::Gray4));
   window.Command(QStringLiteral("Nearest"))->trigger();
-  const QList<int> grays = {0x00, 0x30, 0x60, 0x90, 0xC0, 0xFF};
-  const struct {
-    int answer;
-    QList<int> layer;
-  } cases[] = {
-      {Answer::Ok, {0x00, 0x55, 0x55, 0xAA, 0xAA, 0xFF}},      // Reduce
-      {Answer::Cancel, {0x00, 0x00, 0x55, 0x55, 0x00, 0x00}},  // Convert
-      {Answer::Retry, grays},                                  // Cancel
-  };
-  for (const auto& c : cases) {
-    platform.dialogs.shown.clear();
-    platform.dialogs.Answer(c.answer);
-    window.LoadPicture(Grays(grays));
-    ASSERT_FALSE(platform.dialogs.shown.isEmpty());
-    EXPECT_EQ(platform.dialogs.shown[0].text,
-              QStringLiteral("Convert or Reduce to Grayscale Palette \r4 gray levels"));
-    EXPECT_EQ(Row(window.State().canvas.Selection().Layer()), c.layer) << c.answer;
-    EXPECT_FALSE(window.ThresholdToolShown());
-    window.Command(QStringLiteral("Paste Selection"))->trigger();
-    EXPECT_EQ(Row(window.State().canvas.Bitmap()).mid(0, 6), c.layer) << c.answer;
-  }
+  const QList<int> reduced = {0x00, 0x55, 0x55, 0xAA, 0xAA, 0xFF};
+  platform.dialogs.Answer(Answer::Ok);  // Reduce
+  window.LoadPicture(Grays({0x00, 0x30, 0x60, 0x90, 0xC0, 0xFF}));
+  EXPECT_FALSE(platform.dialogs.shown.isEmpty());
+  EXPECT_EQ(Row(window.State().canvas.Selection().Layer()), reduced);
+  EXPECT_FALSE(window.ThresholdToolShown());
+  window.Command(QStringLiteral("Paste Selection"))->trigger();
+  EXPECT_EQ(Row(window.State().canvas.Bitmap()).mid(0, 6), reduced);
 }
 
 /// Sends a left-button mouse event to `widget` at `at`.

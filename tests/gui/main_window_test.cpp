@@ -77,23 +77,6 @@ TEST_F(MainWindowTest, TheLogWindowToggleFollowsWhateverHidOrShowedTheLogWindow)
   }
 }
 
-TEST_F(MainWindowTest, ClosingEndsTheRunOnceAndSavesTheLog) {
-  MainWindow window(platform.services, {});
-  window.show();
-  Settle();
-  const QString logFile = window.State().files.InitFolder + "L.LOG";
-  EXPECT_FALSE(window.IsShutDown());
-  EXPECT_FALSE(QFile::exists(logFile));
-
-  EXPECT_TRUE(window.close());
-  EXPECT_TRUE(window.IsShutDown());
-  EXPECT_TRUE(QString::fromUtf8(test::ReadAll(logFile)).contains("Quit Vantorelle"));
-  const qsizetype linesAfterFirstClose = window.State().log.Lines().size();
-  window.show();
-  window.close();
-  EXPECT_EQ(window.State().log.Lines().size(), linesAfterFirstClose);
-}
-
 TEST_F(MainWindowTest, SaveLogToFileIsACommandThatLogsItsCaptionAndAsksForAFile) {
   MainWindow window(platform.services, {});
   window.show();

@@ -64,11 +64,7 @@ TEST_F(QtDialogsTest, ShowsTheCaptionsOfTheSetAndAnswersTheCodeOfTheOneClicked) 
     bool custom;           // the captions are the request's own
     QList<int> answers;
   } sets[] = {
-      {B::Ok, "&Ok", false, {A::Ok}},
-      {B::Yes | B::No, "&Yes|&No", false, {A::Yes, A::No}},
-      {B::Yes | B::Cancel, "&Yes|&Cancel", false, {A::Yes, A::Cancel}},
       {B::Yes | B::No | B::Cancel, "&Yes|&No|&Cancel", false, {A::Yes, A::No, A::Cancel}},
-      {B::Ok | B::Cancel, "&Ok|&Cancel", false, {A::Ok, A::Cancel}},
       {B::Ok | B::Cancel | B::Retry, "&Ok|&Cancel|&Retry", false, {A::Ok, A::Cancel, A::Retry}},
       {B::Abort | B::Retry | B::Ignore,
        "Abort|&Retry|&Ignore",
