@@ -12,12 +12,13 @@
 namespace vt::cli {
 namespace {
 
-/// 16 x 8, black in the left half: the default walk gives FF 00 a row, a downward one eight
-/// columns of FF then eight of 00.
+/// 16 x 16, black in the left half. By rows it gives FF 00 a row; downwards by pages (td) each
+/// of the two pages gives eight columns of FF then eight of 00; by columns with all their pages
+/// (tda) sixteen FF then sixteen 00.
 QImage HalfBlack() {
-  QImage image(16, 8, QImage::Format_RGB32);
+  QImage image(16, 16, QImage::Format_RGB32);
   image.fill(Qt::white);
-  for (int y = 0; y < 8; ++y)
+  for (int y = 0; y < 16; ++y)
     for (int x = 0; x < 8; ++x) image.setPixel(x, y, qRgb(0, 0, 0));
   return image;
 }
@@ -70,8 +71,11 @@ TEST_F(CliExport, TheFileIsTheDriversTextAndTheSettingsFileKeepsItsDirection) {
   EXPECT_TRUE(written.endsWith(QStringLiteral("/Output Files/splash1.h"))) << written.toStdString();
   EXPECT_EQ(test::ReadAll(written), state.text.Text(QStringLiteral("\r\n")).toUtf8());
   EXPECT_TRUE(state.text.Text().contains(QStringLiteral(" splash1 ")));
-  std::vector<int> downwards(8, 0xFF);
-  downwards.resize(16, 0x00);
+  std::vector<int> downwards;
+  for (int page = 0; page < 2; ++page) {
+    downwards.insert(downwards.end(), 8, 0xFF);
+    downwards.insert(downwards.end(), 8, 0x00);
+  }
   EXPECT_EQ(Constants(test::ReadAll(written)), downwards);
   EXPECT_TRUE(test::ReadAll(settingsFile).contains("\r\ntr=1\r\n"));  // td was for this run
 }
