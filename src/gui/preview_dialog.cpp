@@ -14,6 +14,7 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QSpinBox>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <cmath>
@@ -183,6 +184,16 @@ GraphicPreviewDialog::GraphicPreviewDialog(app::AppState& state, app::Services& 
   ditherOnLoad_ = new QCheckBox(QStringLiteral("Dithering on load"), this);
   ditherOnLoad_->setChecked(state_.blackWhite.DitherOnLoad);
   right->addWidget(ditherOnLoad_);
+  // The import angle (ImportTrackbarChanges): pictures other than GIF and SVG are turned by it
+  // before they are sized to the canvas.
+  auto* angleRow = new QHBoxLayout;
+  angleRow->addWidget(new QLabel(QStringLiteral("Import rotation"), this));
+  importAngle_ = new QSpinBox(this);
+  importAngle_->setRange(-180, 180);
+  importAngle_->setSuffix(QStringLiteral(" \u00b0"));
+  importAngle_->setValue(state_.ImportAngle);
+  angleRow->addWidget(importAngle_);
+  right->addLayout(angleRow);
   const auto radioGroup = [this, right](const QString& title, QButtonGroup*& group) {
     auto* box = new QGroupBox(title, this);
     box->setLayout(new QVBoxLayout);
@@ -233,6 +244,7 @@ bool GraphicPreviewDialog::OpenFile(const QString& path) {
 
 void GraphicPreviewDialog::ApplyDitherChoices() {
   state_.blackWhite.DitherOnLoad = ditherOnLoad_->isChecked();
+  state_.ImportAngle = importAngle_->value();
   state_.blackWhite.PreviewDither = {
       static_cast<canvas::DitherMethod>(methods_->checkedId()),
       static_cast<canvas::DitherReduction>(reductions_->checkedId())};

@@ -12,6 +12,7 @@ class QCheckBox;
 class QLabel;
 class QListWidget;
 class QPushButton;
+class QSpinBox;
 
 namespace vt::gui {
 
@@ -71,6 +72,7 @@ class GraphicPreviewDialog final : public QDialog {
   QPushButton* ResizeButton() const { return resize_; }
   QPushButton* ImportButton() const { return import_; }
   QCheckBox* DitherOnLoadBox() const { return ditherOnLoad_; }
+  QSpinBox* ImportAngleBox() const { return importAngle_; }
   QLabel* Hint() const { return hint_; }
 
   /// Applies the dithering choices of the dialog to the state (the preview's radio groups and
@@ -89,6 +91,7 @@ class GraphicPreviewDialog final : public QDialog {
   QPushButton* resize_ = nullptr;
   QPushButton* import_ = nullptr;
   QCheckBox* ditherOnLoad_ = nullptr;
+  QSpinBox* importAngle_ = nullptr;
   QButtonGroup* methods_ = nullptr;
   QButtonGroup* reductions_ = nullptr;
   QLabel* hint_ = nullptr;

@@ -218,6 +218,12 @@ TEST_F(Loading, ReloadTakesTheLastFileAgainOrSaysWhyNot) {
   ASSERT_TRUE(ReloadLastCanvasButtonClick(state, t.services));
   EXPECT_EQ(test::RowsOf(state.canvas.Selection().Layer()), QStringLiteral("#..#"));
   // A file since gone is named.
+  // A new run finds it among the recent files.
+  state.files.LastCanvasFile.clear();
+  state.MRUList.prepend(QStringLiteral("/work/old.c"));
+  state.canvas.DisableSelection();
+  ASSERT_TRUE(ReloadLastCanvasButtonClick(state, t.services));
+  EXPECT_EQ(state.files.LastCanvasFile, QFileInfo(path).absoluteFilePath());
   ASSERT_TRUE(QFile::remove(path));
   EXPECT_FALSE(ReloadLastCanvasButtonClick(state, t.services));
   EXPECT_EQ(
@@ -226,6 +232,30 @@ TEST_F(Loading, ReloadTakesTheLastFileAgainOrSaysWhyNot) {
                    QFileInfo(path).absoluteFilePath() + QStringLiteral(" not found ! ")}));
   EXPECT_EQ(t.dialogs.shown[0].caption, title);
   EXPECT_EQ(t.dialogs.shown[1].caption, title);
+}
+
+TEST_F(Loading, TheImportAngleTurnsPicturesButNotGifsOrSvgs) {
+  state.ImportAngle = 90;  // clockwise: the top left pixel goes to the top right
+  const QByteArray art = Encoded(Picture(QStringLiteral("#..|...")), "png");
+  ASSERT_TRUE(ImportImageMDIChild(state, t.services, File(QStringLiteral("a.png"), art), false));
+  EXPECT_EQ(test::RowsOf(state.canvas.Selection().Layer()), QStringLiteral(".#|..|.."));
+  state.canvas.DisableSelection();
+  ASSERT_TRUE(ImportImageMDIChild(state, t.services, File(QStringLiteral("b.gif"), kGif), false));
+  EXPECT_EQ(state.canvas.Selection().Layer().size(), QSize(1, 1));
+  state.canvas.DisableSelection();
+  t.dialogs.shown.clear();
+
+  // A turn whose picture passes the size limit warns and keeps the picture as it came.
+  state.ImportAngle = 45;
+  state.files.ImportExtension = QStringLiteral(".BMP");
+  t.dialogs.Answer(platform::Answer::Ok);
+  t.dialogs.Answer(platform::Answer::No);  // then: not resized to the canvas
+  AssignInPutBitmap(state, t.services, QImage(1, 60000, QImage::Format_RGB32), true);
+  ASSERT_FALSE(t.dialogs.shown.isEmpty());
+  EXPECT_EQ(t.dialogs.shown[0].text, QStringLiteral(" Picture too large for rotation \r "));
+  EXPECT_EQ(t.dialogs.shown[0].caption, QStringLiteral("Warning"));
+  EXPECT_TRUE(state.log.Lines().contains(QStringLiteral("Error Import Rotation : Angle= 45")));
+  EXPECT_EQ(state.canvas.Selection().Layer().size(), QSize(1, 60000));
 }
 
 TEST(CalcCloseCrop, HoldsEveryPixelUnlikeTheFirstAndWants24Bits) {

@@ -132,10 +132,12 @@ TEST_F(LoadTest, ThePreviewTakesTheAreaDrawnAndMovedWithTheMouse) {
     Mouse(pane, QEvent::MouseButtonPress, centre(1, 1));
     Mouse(pane, QEvent::MouseMove, centre(4, 1));
     Mouse(pane, QEvent::MouseButtonRelease, centre(4, 1));
+    dialog.ImportAngleBox()->setValue(180);  // the area comes in upside down
     dialog.ImportButton()->click();
   };
   window.Command(QStringLiteral("Load Graphic with Preview"))->trigger();
-  EXPECT_EQ(Row(window.State().canvas.Selection().Layer()), (QList<int>{160, 200}));
+  EXPECT_EQ(Row(window.State().canvas.Selection().Layer()), (QList<int>{200, 160}));
+  EXPECT_EQ(window.State().ImportAngle, 180);
   EXPECT_TRUE(window.State().log.Lines().contains(QStringLiteral("Select Area in Preview Button")));
   EXPECT_TRUE(platform.dialogs.shown.isEmpty());
 }

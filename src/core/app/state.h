@@ -5,9 +5,9 @@
 
 #include "app/hex_buffer.h"
 #include "app/log.h"
-#include "app/text_buffer.h"
 #include "app/mode_flags.h"
 #include "app/modes.h"
+#include "app/text_buffer.h"
 #include "canvas/palettes.h"
 #include "canvas/threshold.h"
 #include "canvas/work_canvas.h"
@@ -32,6 +32,7 @@ struct FileNames {
   QString SettingsFile;        ///< the active .LCD file (CurrentSettingsFile)
   QString InitFolder;          ///< folder of the init file, with a trailing separator
   QString LastCanvasFile;      ///< the graphic file last loaded onto the canvas, full path
+  QString ImportExtension;     ///< upper-case extension, with its dot, of the picture last read
   bool FirstRun = false;
   bool StartFromDefaults = false;  ///< the init file named no usable project
 };
@@ -42,14 +43,15 @@ struct AppState {
   ModeFlags modes;
   canvas::WorkCanvas canvas;
   canvas::BlackWhiteTools blackWhite;  ///< threshold slider and dither parameters
-  convert::ReorderGrid reorder;        ///< the "Data Bits Rearrangement" table
+  int ImportAngle = 0;           ///< the import rotation slider, degrees clockwise, -180 to 180
+  convert::ReorderGrid reorder;  ///< the "Data Bits Rearrangement" table
   FileNames files;
   Log log;
-  TextBuffer text;  ///< the text editor's current document
-  HexBuffer hex;    ///< the hex editor's bytes (binary output)
+  TextBuffer text;                ///< the text editor's current document
+  HexBuffer hex;                  ///< the hex editor's bytes (binary output)
   canvas::PaletteState palettes;  ///< the palettes of the current pixel mode
-  int ModeChoice = 0;  ///< answer code of the last dialog
-  QString LastMessageText;  ///< console mode: the previous message, to detect repeats
+  int ModeChoice = 0;             ///< answer code of the last dialog
+  QString LastMessageText;        ///< console mode: the previous message, to detect repeats
   ModeRoutineTable modeRoutines;  ///< enter and leave routines the tools plug in, by SpecialMode
   ShellHooks shellHooks;          ///< what the stop sequence asks of the windows
   QString PaletteCaption = kDefaultPaletteCaption;
@@ -59,7 +61,9 @@ struct AppState {
 
 /// A floating selection layer is not yet pasted to the Work Canvas. Asked of the canvas itself,
 /// so that it can never disagree with the layer.
-inline bool SelectionPending(const AppState& state) { return state.canvas.Selection().IsFloating(); }
+inline bool SelectionPending(const AppState& state) {
+  return state.canvas.Selection().IsFloating();
+}
 
 /// The platform, injected.
 struct Services {

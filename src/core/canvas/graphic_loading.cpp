@@ -7,6 +7,8 @@
 #include <QImageReader>
 #include <QPainter>
 #include <QSvgRenderer>
+#include <QTransform>
+#include <algorithm>
 
 #include "app/messages.h"
 #include "app/modes.h"
@@ -132,6 +134,24 @@ QImage PropotionalResize(const QImage& picture, QSize limit) {
       .convertToFormat(QImage::Format_RGB32);
 }
 
+std::optional<QImage> RotateImport(const QImage& picture, int angle) {
+  QTransform turn;
+  turn.rotate(angle);
+  const QRect box = turn.mapRect(QRectF(picture.rect())).toAlignedRect();
+  if (box.isEmpty() || qint64(box.width()) * box.height() > kMaxGraphicPixels) return std::nullopt;
+  // Quarter turns move whole pixels: no smoothing may touch their colours.
+  if (angle % 90 == 0) return picture.transformed(turn).convertToFormat(QImage::Format_RGB32);
+  QImage out(box.size(), QImage::Format_RGB32);
+  if (out.isNull()) return std::nullopt;
+  out.fill(Qt::white);
+  QPainter painter(&out);
+  painter.setRenderHint(QPainter::SmoothPixmapTransform);
+  painter.translate(out.width() / 2.0, out.height() / 2.0);
+  painter.rotate(angle);
+  painter.drawImage(QPointF(-picture.width() / 2.0, -picture.height() / 2.0), picture);
+  return out;
+}
+
 bool ImportImageMDIChild(app::AppState& state, app::Services& services, const QString& path,
                          bool isFolder) {
   state.log.Laction = QStringLiteral("Import Image MDI Child");
@@ -164,6 +184,7 @@ bool ImportImageMDIChild(app::AppState& state, app::Services& services, const QS
     frames = int(decoded.value().frames.size());
     gif = decoded.value().ImportExtension == QLatin1String(".GIF");
   }
+  state.files.ImportExtension = QLatin1Char('.') + QFileInfo(path).suffix().toUpper();
   state.settings.output.nbmfn = QFileInfo(path).fileName();
   app::defineOutputFileName(state);
   AssignInPutBitmap(state, services, picture, true);
@@ -190,7 +211,14 @@ bool LoadGraphicFile(app::AppState& state, app::Services& services, const QStrin
 }
 
 bool ReloadLastCanvasButtonClick(app::AppState& state, app::Services& services) {
-  const QString path = state.files.LastCanvasFile;
+  QString path = state.files.LastCanvasFile;
+  if (path.isEmpty()) {
+    // A new run knows the last picture from the recent files, which the settings keep.
+    const auto picture =
+        std::find_if(state.MRUList.cbegin(), state.MRUList.cend(),
+                     [](const QString& f) { return IsGraphicExtension(QFileInfo(f).suffix()); });
+    if (picture != state.MRUList.cend()) path = *picture;
+  }
   const QString title = QStringLiteral("Reload Last Canvas File");
   if (path.isEmpty()) {
     app::MessageDlgA(state, services.dialogs,
@@ -210,6 +238,18 @@ void AssignInPutBitmap(app::AppState& state, app::Services& services, QImage pic
                        bool fromFile) {
   state.log.Laction = QStringLiteral("Assign Input Bitmap");
   picture = picture.convertToFormat(QImage::Format_RGB32);
+  const QString kind = state.files.ImportExtension;
+  if (state.ImportAngle != 0 && kind != QLatin1String(".GIF") && kind != QLatin1String(".SVG")) {
+    if (std::optional<QImage> turned = RotateImport(picture, state.ImportAngle)) {
+      picture = std::move(*turned);
+    } else {
+      state.log.StatusBarAndLog(QStringLiteral("Error Import Rotation : Angle= ") +
+                                QString::number(state.ImportAngle));
+      app::MessageDlgA(state, services.dialogs,
+                       QStringLiteral(" Picture too large for rotation \r "),
+                       QStringLiteral("Warning"), 0, Buttons::Ok, DialogType::Warning);
+    }
+  }
   if (state.blackWhite.DitherOnLoad) DitherRaster(picture, state.blackWhite.PreviewDither);
   ThresholdOFF(state);
   FloatingSelection& selection = state.canvas.Selection();

@@ -9,6 +9,7 @@
 #include <QList>
 #include <QSize>
 #include <QString>
+#include <optional>
 
 #include "app/state.h"
 #include "util/error.h"
@@ -40,6 +41,11 @@ bool IsGraphicExtension(const QString& suffix);
 /// kept, smoothed, standing at 0,0.
 QImage PropotionalResize(const QImage& picture, QSize limit);
 
+/// RotateImport: the picture turned `angle` degrees clockwise about its centre, on a white
+/// ground large enough to hold all of it. A turn whose picture would pass kMaxGraphicPixels
+/// gives nothing (the caller keeps the picture as it was).
+std::optional<QImage> RotateImport(const QImage& picture, int angle);
+
 /// ImportImageMDIChild: "Newfile.bmp" gives an empty picture of the canvas size; a folder says
 /// " Please select file to import in the File List ! "; an unknown extension
 /// "<name> is is not a valid graphic file ! ", a failing decoder "Graphic loading Error", both
@@ -50,7 +56,10 @@ QImage PropotionalResize(const QImage& picture, QSize limit);
 bool ImportImageMDIChild(app::AppState& state, app::Services& services, const QString& path,
                          bool isFolder);
 
-/// AssignInPutBitmap: dithers the picture first when dithering on load is on (with the
+/// AssignInPutBitmap: turns the picture by the import angle first (RotateImport; not a GIF or
+/// an SVG, told by the state's ImportExtension; a turn too large warns
+/// " Picture too large for rotation \r " under "Warning" and the picture stays as it was), then
+/// dithers it when dithering on load is on (with the
 /// preview's method and reduction), hides the threshold tool, sizes the picture to the drawn
 /// selection frame or the canvas (asking whether to resize when it is larger), checks it
 /// against the pixel mode (CheckColorsSelection: in monochrome a picture that is not black and
@@ -66,8 +75,9 @@ void AssignInPutBitmap(app::AppState& state, app::Services& services, QImage pic
 bool LoadGraphicFile(app::AppState& state, app::Services& services, const QString& path);
 
 /// ReloadLastCanvasButtonClick: loads again, by LoadGraphicFile, the graphic file last loaded
-/// onto the canvas. Without one: " No graphic file has been loaded onto the Work Canvas yet ! ";
-/// a file since gone: its path and " not found ! "; both under "Reload Last Canvas File".
+/// onto the canvas (in a new run: the newest picture of the recent files). Without one: " No
+/// graphic file has been loaded onto the Work Canvas yet ! "; a file since gone: its path and " not
+/// found ! "; both under "Reload Last Canvas File".
 bool ReloadLastCanvasButtonClick(app::AppState& state, app::Services& services);
 
 /// CalcCloseCrop: the smallest rectangle holding every pixel that is not of the colour of

@@ -74,6 +74,7 @@ bool ImportGraphicPreview(app::AppState& state, app::Services& services,
   if (app::CheckMode(state, services, 0)) return false;
   if (!ResolveFloatingSelection(state, services, BlackWhiteConversions(state))) return false;
   state.settings.output.nbmfn = QFileInfo(preview.Path()).fileName();
+  state.files.ImportExtension = QLatin1Char('.') + QFileInfo(preview.Path()).suffix().toUpper();
   app::defineOutputFileName(state);
   AssignInPutBitmap(state, services, preview.Selected(), false);
   return true;
