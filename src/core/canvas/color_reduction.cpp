@@ -255,16 +255,45 @@ void DoGrayscale(QImage& image) {
   }
 }
 
-long long CountUnknownColors(const QImage& image, const Palette& palette) {
-  const ColorIndexer index(palette);
-  long long unknown = 0;
-  for (int y = 0; y < image.height(); ++y) {
-    const QRgb* row = reinterpret_cast<const QRgb*>(image.constScanLine(y));
-    for (int x = 0; x < image.width(); ++x) {
-      if (!index.IndexOf(FromQRgb(row[x]))) ++unknown;
+namespace {
+
+/// Calls `unknown()` for each pixel whose colour `palette` lacks, row by row, until it
+/// returns false. Runs of one colour are looked up once.
+template <typename Unknown>
+void ForEachUnknown(const QImage& image, const ColorIndexer& palette, Unknown unknown) {
+  const QImage& rgb = image;
+  QRgb last = 0;
+  bool lastKnown = false;
+  bool started = false;
+  for (int y = 0; y < rgb.height(); ++y) {
+    const QRgb* row = reinterpret_cast<const QRgb*>(rgb.constScanLine(y));
+    for (int x = 0; x < rgb.width(); ++x) {
+      if (!started || row[x] != last) {
+        started = true;
+        last = row[x];
+        lastKnown = palette.Find(FromQRgb(last)) >= 0;
+      }
+      if (!lastKnown && !unknown()) return;
     }
   }
+}
+
+}  // namespace
+
+long long CountUnknownColors(const QImage& image, const Palette& palette) {
+  return CountUnknownColors(image, ColorIndexer(palette));
+}
+
+long long CountUnknownColors(const QImage& image, const ColorIndexer& palette) {
+  long long unknown = 0;
+  ForEachUnknown(image, palette, [&] { return ++unknown, true; });
   return unknown;
+}
+
+bool HasUnknownColor(const QImage& image, const ColorIndexer& palette) {
+  bool found = false;
+  ForEachUnknown(image, palette, [&] { return found = true, false; });
+  return found;
 }
 
 void ReduceLikeLoading(QImage& image, PaletteState& palettes, PixelMode mode,
@@ -282,7 +311,7 @@ ConversionStatus ReduceForExport(QImage& image, PaletteState& palettes, PixelMod
                                  platform::KeyPoll& escape) {
   if (HasNoConversion(mode) || palettes.Colors().empty()) return ConversionStatus::NoConversion;
   ConversionStatus status = ConversionStatus::NoConversion;
-  if (CountUnknownColors(image, palettes.Colors()) > 0) {
+  if (HasUnknownColor(image, *palettes.index.For(palettes.Colors()))) {
     status = ConvertToNearestColor(image, palettes, mode, escape);
     if (status == ConversionStatus::Interrupted) return status;
   }

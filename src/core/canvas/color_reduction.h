@@ -65,6 +65,10 @@ ConversionStatus ConvertToMyColor(QImage& image, const PaletteState& palettes,
 void DoGrayscale(QImage& image);
 /// Number of pixels whose colour is not in `palette`.
 long long CountUnknownColors(const QImage& image, const Palette& palette);
+/// The same through an index of the palette.
+long long CountUnknownColors(const QImage& image, const ColorIndexer& palette);
+/// Whether some pixel's colour is not in the indexed palette; stops at the first.
+bool HasUnknownColor(const QImage& image, const ColorIndexer& palette);
 
 /// A picture reduced the way loading reduces it: in a gray mode the gray conversion first;
 /// then, when it holds more colours than the mode has, ConvertToNearestColor. Monochrome and

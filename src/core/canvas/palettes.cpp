@@ -145,58 +145,28 @@ Palette DefaultSearchTable(PixelMode mode) {
 
 // ---- Index of a search table ----------------------------------------------------------------
 
-ColorIndexer::ColorIndexer(std::span<const Color> table) : table_(table) {
-  int n = 1;
-  while (n < int(table.size()) && table[n - 1] <= table[n]) ++n;
-  sortedPrefix_ = std::min<int>(n, int(table.size()));
-  // A table sorted but for a few slots at its end (the black slot) is searched by halves and
-  // then directly; any other goes through its pairs.
-  if (int(table.size()) - sortedPrefix_ > 1) {
-    sortedPrefix_ = 0;
-    for (int i = 0; i < int(table.size()); ++i) pairs_.emplace_back(table[i], i);
-    std::stable_sort(pairs_.begin(), pairs_.end(),
-                     [](const auto& a, const auto& b) { return a.first < b.first; });
-  } else if (sortedPrefix_ > 4096 && table_[sortedPrefix_ - 1] <= 0xFFFFFF) {
-    starts_.resize(0x10001);
-    int i = 0;
-    for (int k = 0; k <= 0x10000; ++k) {
-      while (i < sortedPrefix_ && (table_[i] >> 8) < Color(k)) ++i;
-      starts_[k] = i;
-    }
+ColorIndexer::ColorIndexer(std::span<const Color> table) : size_(int(table.size())) {
+  std::size_t capacity = 16;
+  int bits = 4;
+  while (capacity < table.size() + table.size() / 3 + 1) capacity *= 2, ++bits;
+  slots_.assign(capacity, kEmpty);
+  mask_ = capacity - 1;
+  shift_ = 64 - bits;
+  for (std::size_t index = 0; index < table.size(); ++index) {
+    const Color c = table[index];
+    std::size_t i = Slot(c);
+    while (slots_[i] != kEmpty && Color(slots_[i] >> 32) != c) i = (i + 1) & mask_;
+    // The first entry of a colour keeps its slot: the answer of a linear search.
+    if (slots_[i] == kEmpty) slots_[i] = (std::uint64_t(c) << 32) | std::uint64_t(index);
   }
 }
 
-std::optional<int> ColorIndexer::IndexOf(std::int64_t color) const {
-  if (color == lastColor_) return lastIndex_;
-  std::optional<int> found;
-  if (color >= 0 && color <= 0xFFFFFFFF) {
-    const Color c = static_cast<Color>(color);
-    if (!pairs_.empty()) {
-      const auto it = std::lower_bound(pairs_.begin(), pairs_.end(), c,
-                                       [](const auto& a, Color v) { return a.first < v; });
-      if (it != pairs_.end() && it->first == c) found = it->second;
-    } else {
-      auto begin = table_.begin(), end = table_.begin() + sortedPrefix_;
-      if (!starts_.empty() && c <= 0xFFFFFF) {
-        end = table_.begin() + starts_[(c >> 8) + 1];
-        begin = table_.begin() + starts_[c >> 8];
-      }
-      const auto it = std::lower_bound(begin, end, c);
-      if (it != end && *it == c) {
-        found = int(it - table_.begin());
-      } else {
-        for (int i = sortedPrefix_; i < int(table_.size()); ++i) {
-          if (table_[i] == c) {
-            found = i;
-            break;
-          }
-        }
-      }
-    }
+std::shared_ptr<const ColorIndexer> PaletteIndexCache::For(const Palette& palette) {
+  if (!index_ || indexed_ != palette) {
+    index_ = std::make_shared<const ColorIndexer>(palette);
+    indexed_ = palette;
   }
-  lastColor_ = color;
-  lastIndex_ = found;
-  return found;
+  return index_;
 }
 
 // ---- Nearest colour ---------------------------------------------------------------------------

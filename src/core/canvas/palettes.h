@@ -58,22 +58,48 @@ Palette SearchTable(settings::PixelMode mode, const Palette& palette);
 Palette DefaultSearchTable(settings::PixelMode mode);
 
 /// Index of a colour in a search table, equal to the first match of a linear search from
-/// entry 0: a sorted table is searched by halves, any other through a sorted copy of its
-/// (colour, first index) pairs. The last answer is remembered, so runs of one colour are free.
+/// entry 0: a hash of (colour, first index) pairs, open addressing over a power-of-two table
+/// at most three quarters full. It keeps no reference to the table it was built from.
 class ColorIndexer {
  public:
   explicit ColorIndexer(std::span<const Color> table);
-  std::optional<int> IndexOf(std::int64_t color) const;
-  int size() const { return static_cast<int>(table_.size()); }
+  std::optional<int> IndexOf(std::int64_t color) const {
+    if (color < 0 || color > 0xFFFFFFFF) return std::nullopt;
+    const int i = Find(static_cast<Color>(color));
+    return i < 0 ? std::nullopt : std::optional<int>(i);
+  }
+  /// The first index of `c`, or -1 when the table does not hold it.
+  int Find(Color c) const {
+    std::size_t i = Slot(c);
+    for (;;) {
+      const std::uint64_t s = slots_[i];
+      if (s == kEmpty) return -1;
+      if (Color(s >> 32) == c) return static_cast<int>(s & 0xFFFFFFFFu);
+      i = (i + 1) & mask_;
+    }
+  }
+  int size() const { return size_; }
 
  private:
-  std::span<const Color> table_;
-  int sortedPrefix_ = 0;  // entries [0, sortedPrefix_) ascending; the rest searched directly
-  std::vector<std::pair<Color, int>> pairs_;  // used when the table is not sorted
-  // Large sorted tables: where the entries of each value of bits 8..23 begin.
-  std::vector<int> starts_;
-  mutable std::int64_t lastColor_ = -2;
-  mutable std::optional<int> lastIndex_;
+  static constexpr std::uint64_t kEmpty = ~std::uint64_t{0};
+  std::size_t Slot(Color c) const {
+    return static_cast<std::size_t>((std::uint64_t(c) * 0x9E3779B97F4A7C15ull) >> shift_);
+  }
+  std::vector<std::uint64_t> slots_;
+  std::size_t mask_ = 0;
+  int shift_ = 63;
+  int size_ = 0;
+};
+
+/// The index of a palette kept between exports: built again only when the palette differs
+/// from the one it was built for (compared entry by entry, far cheaper than a build).
+class PaletteIndexCache {
+ public:
+  std::shared_ptr<const ColorIndexer> For(const Palette& palette);
+
+ private:
+  Palette indexed_;
+  std::shared_ptr<const ColorIndexer> index_;
 };
 
 /// The nearest-colour rule of the large palettes, on a sorted palette P of n entries.
@@ -133,6 +159,8 @@ struct PaletteState {
   bool custom = false;  ///< "Current Palette is Custom"
   QString caption;      ///< "Current Palette is Default" or "... Custom"
   int lastIndex = 0;    ///< index of the last nearest colour, for the status bar
+  /// The index of Colors() for colour searches; a cache, rebuilt when the palette changes.
+  mutable PaletteIndexCache index;
 
   /// The palette colours of the mode (SmallPalette in small modes, LargePalette otherwise).
   const Palette& Colors() const { return SmallPaletteMode ? SmallPalette : LargePalette; }

@@ -159,6 +159,8 @@ class DataTextWriter final : public ValueSink {
   /// the size (BSD) and position (BCD) descriptors, and the closing comments unless Noonts.
   void WriteDataEnd(const HeaderText& header, const DataEndInfo& info);
 
+  /// Whether each constant of the run carries the picture of its bits (MarkBit matters).
+  bool DrawsPictures() const { return pictureEnabled_; }
   /// The line being built.
   QString Line() const { return QString::fromUtf8(line_.data(), qsizetype(line_.size())); }
   /// The picture comment of the current constant; empty when none is drawn.

@@ -101,8 +101,8 @@ ExportResult Ended(ExportStatus status) {
 void ReduceCanvasColors(app::AppState& state, app::Services& services, const ExportRun& run) {
   canvas::LoadModePalette(state, services);
   const bool colors256 = run.settings.pixel.C256 && !run.settings.pixel.G256;
-  if (!colors256 &&
-      canvas::CountUnknownColors(state.canvas.Bitmap(), state.palettes.Colors()) == 0) {
+  if (!colors256 && !canvas::HasUnknownColor(state.canvas.Bitmap(),
+                                             *state.palettes.index.For(state.palettes.Colors()))) {
     return;  // nothing to convert: spare the copy
   }
   QImage bitmap = state.canvas.Snapshot();
@@ -662,7 +662,8 @@ bool WriteArray(app::AppState& state, app::Services& services, ExportRun& run) {
   if (target == DataTarget::Binary) hexTarget = &binaryTarget;
   if (target == DataTarget::IntelHex) hexTarget = &intelHexTarget;
   canvas::LoadModePalette(state, services);
-  ColorSearch colors(canvas::SearchTable(canvas::ModeOf(s), state.palettes.Colors()));
+  const std::unique_ptr<ColorSearch> search = ModeColorSearch(state.palettes, canvas::ModeOf(s));
+  ColorSearch& colors = *search;
   ArrayRequest request{s,
                        source,
                        run.area,

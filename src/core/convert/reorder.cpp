@@ -71,13 +71,11 @@ int ReorderBitLimit(const settings::Settings& settings) {
   return mode ? settings::Info(*mode).colorDepthWord : 8;
 }
 
-int ReorderOutput(const ReorderGrid& grid, int value, int bitLimit) {
-  const quint32 incoming = static_cast<quint32>(value);
-  quint32 result = incoming;
+ReorderProgram::ReorderProgram(const ReorderGrid& grid, int bitLimit) {
   for (int row = 0; row < ReorderGrid::kRows; ++row) {
     const QString command = grid.GetReorderData(0, row).toUpper();
     if (command == kSwapBytes) {
-      result = ((result & 0xFFu) << 8) | ((result >> 8) & 0xFFu);
+      swapBytes_ = true;
       break;
     }
     if (command.isEmpty()) break;
@@ -88,10 +86,23 @@ int ReorderOutput(const ReorderGrid& grid, int value, int bitLimit) {
     // A bit number must name a bit: negative numbers are as ineffective as too large ones.
     const int limit = std::min(bitLimit, 31);
     if (!okA || !okB || a < 0 || b < 0 || a > limit || b > limit) continue;
-    result =
-        (result & ~((1u << a) | (1u << b))) | (BitOf(incoming, a) << b) | (BitOf(incoming, b) << a);
+    swaps_.push_back({a, b});
   }
+}
+
+int ReorderProgram::Apply(int value) const {
+  const quint32 incoming = static_cast<quint32>(value);
+  quint32 result = incoming;
+  for (const Swap& s : swaps_) {
+    result = (result & ~((1u << s.a) | (1u << s.b))) | (BitOf(incoming, s.a) << s.b) |
+             (BitOf(incoming, s.b) << s.a);
+  }
+  if (swapBytes_) result = ((result & 0xFFu) << 8) | ((result >> 8) & 0xFFu);
   return static_cast<int>(result);
+}
+
+int ReorderOutput(const ReorderGrid& grid, int value, int bitLimit) {
+  return ReorderProgram(grid, bitLimit).Apply(value);
 }
 
 QString DoReorderStatus(bool dore) {

@@ -7,6 +7,7 @@
 
 #include <QString>
 #include <array>
+#include <vector>
 
 #include "convert/packers.h"
 #include "settings/settings.h"
@@ -52,6 +53,21 @@ int ReorderBitLimit(const settings::Settings& settings);
 /// so swaps always read the value as it came in and never chain; other commands are ignored.
 int ReorderOutput(const ReorderGrid& grid, int value, int bitLimit = 31);
 
+/// The table read once, as a list of swaps and a final exchange of the two low bytes: Apply
+/// gives what ReorderOutput gives, without reading the cells again.
+class ReorderProgram {
+ public:
+  ReorderProgram(const ReorderGrid& grid, int bitLimit);
+  int Apply(int value) const;
+
+ private:
+  struct Swap {
+    int a, b;
+  };
+  std::vector<Swap> swaps_;
+  bool swapBytes_ = false;
+};
+
 /// "[ON]" or "[OFF]", as DoReorderStatus shows the dore switch.
 QString DoReorderStatus(bool dore);
 
@@ -69,17 +85,17 @@ int Reorder16MOutput(int value, int depthWord = 24);
 /// 256 colours: the value unchanged.
 inline int Reorder256Output(int value) { return value; }
 
-/// The reorder stage of the packers over the user's table, with the bit limit of the settings
-/// taken once.
+/// The reorder stage of the packers over the user's table, read once with the bit limit of the
+/// settings.
 class GridReorderStage final : public ReorderStage {
  public:
   GridReorderStage(const ReorderGrid& grid, const settings::Settings& settings)
-      : grid_(grid), limit_(ReorderBitLimit(settings)) {}
-  int ReorderOutput(int value) override { return convert::ReorderOutput(grid_, value, limit_); }
+      : program_(grid, ReorderBitLimit(settings)) {}
+  int ReorderOutput(int value) override { return program_.Apply(value); }
+  const ReorderProgram& Program() const { return program_; }
 
  private:
-  const ReorderGrid& grid_;
-  int limit_;
+  ReorderProgram program_;
 };
 
 }  // namespace vt::convert
