@@ -65,23 +65,68 @@ TEST(Palettes, IndexIsTheFirstMatchOfALinearSearch) {
   EXPECT_EQ(DefaultSearchTable(PixelMode::Gray32Packed).size(), 33u);
 }
 
+// The large palettes are indexed from their channels, any other table through its hash: both
+// must answer as a scan from entry 0 does, for colours in the table and next to them.
+TEST(Palettes, IndexOfLargeAndChangedPalettesIsTheFirstMatchOfALinearSearch) {
+  auto scan = [](const Palette& table, Color c) {
+    const auto at = std::find(table.begin(), table.end(), c);
+    return at == table.end() ? -1 : int(at - table.begin());
+  };
+  std::vector<Palette> tables;
+  for (const PixelMode mode : {PixelMode::Colors256, PixelMode::Colors4096, PixelMode::Colors65536,
+                               PixelMode::Colors262k, PixelMode::Gray256}) {
+    tables.push_back(Sorted(mode));
+  }
+  // One entry changed, another repeated: the channels no longer tell the index.
+  Palette changed = Sorted(PixelMode::Colors4096);
+  changed[5] = 0x123456;
+  changed[4000] = changed[7];
+  tables.push_back(changed);
+  std::mt19937 random(3);
+  for (const Palette& table : tables) {
+    const ColorIndexer index(table);
+    for (int n = 0; n < 200; ++n) {
+      const Color entry = table[random() % table.size()];
+      for (const Color c :
+           {entry, entry ^ 1u, entry ^ 0x100u, entry ^ 0x10000u, entry | 0x1000000u}) {
+        EXPECT_EQ(index.Find(c), scan(table, c)) << table.size() << " " << std::hex << c;
+      }
+    }
+    EXPECT_EQ(index.Find(table[7]), 7) << table.size();
+  }
+}
+
 TEST(Palettes, WindowSearchEqualsAScanOfTheWindow) {
   std::mt19937 random(7);
+  std::vector<Palette> palettes;
   for (const bool grays : {false, true}) {  // many equal entries; or all far from most colours
     Palette p;
     for (int i = 0; i < 3000; ++i) {
       p.push_back(grays ? (random() & 0xFF) * 0x010101 : random() & 0xF0F0F0);
     }
     SortPalette(p);
+    palettes.push_back(p);
+  }
+  // The built-in grids, searched channel by channel when the window holds the answer; colours
+  // half way between two levels test the lowest index among equal distances.
+  palettes.push_back(Sorted(PixelMode::Colors256));
+  palettes.push_back(Sorted(PixelMode::Colors4096));
+  palettes.push_back(Sorted(PixelMode::Colors65536));
+  // Half way between two levels: 3-bit (18, 91), 5-bit (4, 12) and 6-bit (2, 6) channels.
+  const Color ties[] = {18, 91, 4, 12, 2, 6};
+  for (const Palette& p : palettes) {
     NearestColorSearch search(p);
+    const int n = int(p.size());
     for (int k = 0; k < 400; ++k) {
-      const Color c = random() & 0xFFFFFF;
-      const int lo = int(random() % 3000), hi = lo + int(random() % 800);
+      const Color c = k % 2 == 0
+                          ? ties[random() % 6] | ties[random() % 6] << 8 | ties[random() % 6] << 16
+                          : random() & 0xFFFFFF;
+      const int lo = int(random() % n), hi = lo + int(random() % (k % 2 ? 800 : n));
       int best = 1 << 30, want = -1;
-      for (int i = lo; i <= std::min(hi, 2999); ++i) {
+      for (int i = lo; i <= std::min(hi, n - 1); ++i) {
         if (ColorDistance(c, p[i]) < best) best = ColorDistance(c, p[i]), want = i;
       }
-      ASSERT_EQ(search.SearchWindow(c, lo, hi), want) << c;
+      ASSERT_EQ(search.SearchWindow(c, lo, hi), want) << n << " " << c;
     }
   }
 }

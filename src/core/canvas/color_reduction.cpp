@@ -265,9 +265,10 @@ void ForEachUnknown(const QImage& image, const ColorIndexer& palette, Unknown un
   QRgb last = 0;
   bool lastKnown = false;
   bool started = false;
-  for (int y = 0; y < rgb.height(); ++y) {
+  const int width = rgb.width(), height = rgb.height();
+  for (int y = 0; y < height; ++y) {
     const QRgb* row = reinterpret_cast<const QRgb*>(rgb.constScanLine(y));
-    for (int x = 0; x < rgb.width(); ++x) {
+    for (int x = 0; x < width; ++x) {
       if (!started || row[x] != last) {
         started = true;
         last = row[x];

@@ -5,6 +5,7 @@
 // default palettes, the search tables of the packers and the nearest-colour rule.
 
 #include <QString>
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -57,9 +58,15 @@ Palette SearchTable(settings::PixelMode mode, const Palette& palette);
 /// The search table of `mode` over its built-in palette (sorted when large).
 Palette DefaultSearchTable(settings::PixelMode mode);
 
+/// The bits of red, green and blue when `table` is every colour of those bits in ascending
+/// order (the built-in palettes of 256 colours and more, sorted); none for any other table.
+std::optional<std::array<int, 3>> GridBitsOf(std::span<const Color> table);
+
 /// Index of a colour in a search table, equal to the first match of a linear search from
 /// entry 0: a hash of (colour, first index) pairs, open addressing over a power-of-two table
-/// at most three quarters full. It keeps no reference to the table it was built from.
+/// at most three quarters full. A table that is every colour of some bits per channel in
+/// ascending order (the built-in large palettes, sorted) needs no hash: the index is made of
+/// the channels' own indexes. It keeps no reference to the table it was built from.
 class ColorIndexer {
  public:
   explicit ColorIndexer(std::span<const Color> table);
@@ -70,6 +77,12 @@ class ColorIndexer {
   }
   /// The first index of `c`, or -1 when the table does not hold it.
   int Find(Color c) const {
+    if (grid_) {
+      const int r = channels_[0][c & 0xFF], g = channels_[1][(c >> 8) & 0xFF],
+                b = channels_[2][(c >> 16) & 0xFF];
+      if ((r | g | b) < 0 || c > 0xFFFFFF) return -1;
+      return (b << shiftBlue_) | (g << shiftGreen_) | r;
+    }
     std::size_t i = Slot(c);
     for (;;) {
       const std::uint64_t s = slots_[i];
@@ -82,6 +95,8 @@ class ColorIndexer {
 
  private:
   static constexpr std::uint64_t kEmpty = ~std::uint64_t{0};
+  /// Whether the table is a grid (see GridBitsOf); sets up the channel indexes when it is.
+  bool TakeGrid(std::span<const Color> table);
   std::size_t Slot(Color c) const {
     return static_cast<std::size_t>((std::uint64_t(c) * 0x9E3779B97F4A7C15ull) >> shift_);
   }
@@ -89,6 +104,9 @@ class ColorIndexer {
   std::size_t mask_ = 0;
   int shift_ = 63;
   int size_ = 0;
+  bool grid_ = false;
+  std::int16_t channels_[3][256] = {};  // a channel value's index, or -1 (grid tables)
+  int shiftGreen_ = 0, shiftBlue_ = 0;
 };
 
 /// The index of a palette kept between exports: built again only when the palette differs
@@ -134,6 +152,9 @@ class NearestColorSearch {
   const Palette& p_;
   std::vector<std::unique_ptr<Grid>> grids_;
   int lastIndex_ = 0;
+  bool grid_ = false;  // the palette is a grid: the nearest level of each channel
+  std::int16_t nearestLevel_[3][256] = {};
+  int shiftGreen_ = 0, shiftBlue_ = 0;
 };
 
 /// The nearest entry of a small palette, the whole palette searched, the first of equal

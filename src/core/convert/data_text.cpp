@@ -205,9 +205,9 @@ void DataTextWriter::BuildSpelling() {
   }
   const std::vector<Place> places =
       perLine_ == 1 ? std::vector<Place>{One} : std::vector<Place>{First, Middle, Last};
-  pieces_.assign(kPlaces, PieceTable{});
-  std::string digits;
-  // Runs of blanks a line can hold: inside one text, or across two neighbours.
+  // Runs of blanks a line can hold: inside one text, or across two neighbours. The digits
+  // differ from value to value only in their count and the blanks that pad decimals, so the
+  // values below show every form a piece takes.
   std::size_t inner = 0, lead = 0, trail = 0;
   bool chains = false;
   auto account = [&](std::string_view text) {
@@ -220,29 +220,46 @@ void DataTextWriter::BuildSpelling() {
   account(cpre_);
   account(cpfr_);
   for (Place place : places) {
-    PieceTable& table = pieces_[place];
-    for (int value = 0; value < 256; ++value) {
-      const int part = value;
-      const int zeros = leadingZeros_;
-      SpellWord(&part, 1, digits);
-      leadingZeros_ = zeros;
-      if (info.decimalFormat) LeftJustify(digits, 3);
-      const std::string piece = pre_ + digits + post_[place][1];
+    for (int value : {0, 9, 10, 99, 100, 159, 160, 255}) {
+      const std::string piece = Piece(place, value);
       account(piece);
-      if (piece.size() >= PieceTable::kSlot) {
-        table.fits = false;
-        break;
-      }
-      char* slot = table.slots.data() + value * PieceTable::kSlot;
-      std::copy(piece.begin(), piece.end(), slot);
-      slot[PieceTable::kSlot - 1] = static_cast<char>(piece.size());
-    }
-    if (!table.fits) {
-      pieces_.clear();
-      return;
+      if (piece.size() >= PieceTable::kSlot) return;  // too long for a slot: value by value
     }
   }
   gapFree_ = !chains && std::max(inner, lead + trail) < 4;
+  pieces_.assign(kPlaces, PieceTable{});
+  // A line of the bulk path: head, constants, end mark, and the slack of one slot.
+  bulk_.resize(cpre_.size() + 24 + cpfr_.size() + std::size_t(perLine_) * PieceTable::kSlot +
+               endMark_.size() + PieceTable::kSlot);
+  // Room for the whole array in the text, as far as its size is known.
+  if (options_.dataByteCount > 0) {
+    const std::size_t values = std::size_t(options_.dataByteCount);
+    const std::size_t lines = values / std::size_t(perLine_) + 1;
+    const std::size_t perValue = pre_.size() +
+                                 (info.binaryFormat    ? 8
+                                  : info.decimalFormat ? 3
+                                                       : 2) +
+                                 post_[Middle][1].size();
+    text_.Reserve(values * perValue + lines * (cpre_.size() + cpfr_.size() + endMark_.size() + 8),
+                  lines);
+    dataLines_.reserve(lines);
+  }
+}
+
+std::string DataTextWriter::Piece(Place place, int value) {
+  const int part = value;
+  const int zeros = leadingZeros_;
+  std::string digits;
+  SpellWord(&part, 1, digits);
+  leadingZeros_ = zeros;
+  if (Info(format_).decimalFormat) LeftJustify(digits, 3);
+  return pre_ + digits + post_[place][1];
+}
+
+void DataTextWriter::FillSlot(Place place, int value, char* slot) {
+  const std::string piece = Piece(place, settings_.pixel.Neg ? 255 - value : value);
+  std::copy(piece.begin(), piece.end(), slot);
+  slot[PieceTable::kSlot - 1] = static_cast<char>(piece.size());
 }
 
 std::string DataTextWriter::PictureTemplate() const {
@@ -325,52 +342,88 @@ void DataTextWriter::EmitValues(const std::uint8_t* values, std::size_t count) {
     }
     return;
   }
-  const bool neg = settings_.pixel.Neg;
   const long long lastCount = options_.dataByteCount;
+  constexpr int kSlot = PieceTable::kSlot;
+  // The line is built in the bulk buffer and goes back to line_ when the run ends inside it.
+  char* const line = bulk_.data();
+  std::size_t length = line_.size();
+  std::memcpy(line, line_.data(), length);
   std::size_t i = 0;
   while (i < count) {
     // The last value of the data takes the general way: its separators differ.
     if (lastMarked_ || (lastCount > 0 && valueCount_ + 1 == lastCount)) {
+      line_.assign(line, length);
       EmitValue(values[i++], true);
+      length = line_.size();
+      std::memcpy(line, line_.data(), length);
       continue;
     }
     // The values up to the end of this line, or of the data, or of the run.
-    std::size_t n =
-        std::min<std::size_t>(count - i, static_cast<std::size_t>(perLine_ - constantsOnLine_));
+    std::size_t n = std::min<std::size_t>(count - i, std::size_t(perLine_ - constantsOnLine_));
     if (lastCount > 0 && valueCount_ < lastCount) {
-      n = std::min<std::size_t>(n, static_cast<std::size_t>(lastCount - 1 - valueCount_));
+      n = std::min<std::size_t>(n, std::size_t(lastCount - 1 - valueCount_));
     }
-    if (n == 0) {
-      EmitValue(values[i++], true);
-      continue;
+    const std::uint8_t* v = values + i;
+    const std::uint8_t* const end = v + n;
+    int place = constantsOnLine_;
+    if (place == 0) {
+      std::memcpy(line + length, cpre_.data(), cpre_.size());
+      length += cpre_.size();
+      if (settings_.format.LineN) {
+        const std::string number = std::to_string(lineNumber_);
+        std::memcpy(line + length, number.data(), number.size());
+        length += number.size();
+      }
+      std::memcpy(line + length, cpfr_.data(), cpfr_.size());
+      length += cpfr_.size();
+      if (perLine_ > 1) {
+        const char* slot = Slot(First, *v++);
+        std::memcpy(line + length, slot, kSlot);
+        length += static_cast<unsigned char>(slot[kSlot - 1]);
+        ++place;
+      }
     }
-    if (constantsOnLine_ == 0) AppendHead(line_);
-    std::size_t length = line_.size();
-    line_.resize(length + n * PieceTable::kSlot);
-    char* out = line_.data();
-    for (std::size_t k = 0; k < n; ++k) {
-      const int byte = neg ? 255 - values[i + k] : values[i + k];
-      const Place place = PlaceOf(constantsOnLine_ + static_cast<int>(k));
-      const char* slot = pieces_[place].slots.data() + (byte & 0xFF) * PieceTable::kSlot;
-      std::memcpy(out + length, slot, PieceTable::kSlot);
-      length += static_cast<unsigned char>(slot[PieceTable::kSlot - 1]);
+    if (perLine_ == 1) {
+      if (v < end) {
+        const char* slot = Slot(One, *v++);
+        std::memcpy(line + length, slot, kSlot);
+        length += static_cast<unsigned char>(slot[kSlot - 1]);
+      }
+    } else {
+      // Middle places up to the one before the last of the line.
+      const std::uint8_t* const middleEnd = std::min(end, v + std::max(0, perLine_ - 1 - place));
+      for (; v < middleEnd; ++v) {
+        const char* slot = Slot(Middle, *v);
+        std::memcpy(line + length, slot, kSlot);
+        length += static_cast<unsigned char>(slot[kSlot - 1]);
+      }
+      if (v < end) {
+        const char* slot = Slot(Last, *v++);
+        std::memcpy(line + length, slot, kSlot);
+        length += static_cast<unsigned char>(slot[kSlot - 1]);
+      }
     }
-    line_.resize(length);
     i += n;
     valueCount_ += static_cast<long long>(n);
     arrayBytes_ += static_cast<long long>(n);
     constantsOnLine_ += static_cast<int>(n);
     if (constantsOnLine_ >= perLine_) {
       if (gapFree_) {
-        line_ += endMark_;
-        if (!line_.empty() && line_.back() == '#') line_.pop_back();
+        std::memcpy(line + length, endMark_.data(), endMark_.size());
+        length += endMark_.size();
+        if (length > 0 && line[length - 1] == '#') --length;
+        WriteLine(std::string_view(line, length));
+        line_.clear();
       } else {
+        line_.assign(line, length);
         FinishLine(line_);
+        WriteLine(line_);
       }
-      WriteLine(line_);
       EndLine();
+      length = 0;
     }
   }
+  line_.assign(line, length);
 }
 
 DataTextWriter::Place DataTextWriter::PlaceOf(int constantsOnLine) const {

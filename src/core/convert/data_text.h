@@ -182,14 +182,25 @@ class DataTextWriter final : public ValueSink {
   /// Where a constant stands on its line; One when a line holds one constant.
   enum Place { One, First, Middle, Last, kPlaces };
   /// The spelled forms of the 256 byte values in one place of a line, constant and
-  /// separators included, each in a slot of its own; the bulk path copies whole slots.
+  /// separators included, each in a slot of its own, spelled when first used; the bulk path
+  /// copies whole slots.
   struct PieceTable {
-    static constexpr int kSlot = 16;  ///< bytes of a slot: 15 of text and the length
+    static constexpr int kSlot = 16;  ///< bytes of a slot: up to 15 of text, then the length
     std::array<char, 256 * kSlot> slots{};
-    bool fits = true;  ///< every piece has at most kSlot - 1 bytes
   };
 
   void BuildSpelling();
+  /// The piece of a byte in `place`: the text before, the digits, the text after (as a
+  /// separator follows).
+  std::string Piece(Place place, int value);
+  /// The slot of the byte `value` as delivered (Neg applied here), spelled on first use.
+  const char* Slot(Place place, int value) {
+    char* slot = pieces_[place].slots.data() + value * PieceTable::kSlot;
+    if (slot[PieceTable::kSlot - 1] == 0) [[unlikely]]
+      FillSlot(place, value, slot);
+    return slot;
+  }
+  void FillSlot(Place place, int value, char* slot);
   Place PlaceOf(int constantsOnLine) const;
   std::string PictureTemplate() const;
   /// The digits of a word (no prefix or suffix) into `out`; counts a leading zero of Addof.
@@ -228,6 +239,7 @@ class DataTextWriter final : public ValueSink {
   bool pictureAscii_ = true;        // picture positions are byte positions
   bool gapFree_ = false;            // no line of the bulk path can hold a run of four blanks
   std::vector<PieceTable> pieces_;  // by place, for the bulk path; empty when it cannot run
+  std::vector<char> bulk_;          // the line of the bulk path
 
   // The line builder.
   std::string valueText_;

@@ -463,7 +463,8 @@ ExportResult TranslateCanvas(app::AppState& state, app::Services& services,
   // The conversions of the run work on the canvas and are undone from the scratch copy.
   bool completed = false;
   for (int pass = 0; pass < 2; ++pass) {
-    const QImage scratch = state.canvas.Snapshot();
+    // A shared copy: the canvas bitmap is copied only when a conversion writes to it.
+    const QImage scratch = state.canvas.Bitmap();
     if (!IsMonochrome(run.settings) && !run.settings.pixel.C16M) {
       ReduceCanvasColors(state, services, run);
     }
@@ -475,7 +476,7 @@ ExportResult TranslateCanvas(app::AppState& state, app::Services& services,
       RunSearchReplaceGrid(state, run);
     }
     FinishByteTarget(state, run);
-    state.canvas.Restore(scratch);
+    if (state.canvas.Bitmap().cacheKey() != scratch.cacheKey()) state.canvas.Restore(scratch);
     if (!run.repeatAfterPaste || pass > 0) break;
     PasteFloatingSelection(state, run);
     run.selection = CanvasSelection{};  // the selection ends with the pass

@@ -83,7 +83,6 @@ class FastWalk {
       if (s_.pixel.dore && reorder) out = reorder->Apply(out);
       final_[static_cast<std::size_t>(v)] = static_cast<std::uint8_t>(out & 0xFF);
     }
-    buffer_.reserve(kFlushAt + 8);
   }
 
   /// Plans the walk of `direction`; false when a read would fall outside the picture or past
@@ -174,30 +173,36 @@ class FastWalk {
 
   bool Run() {
     bool completed = true;
-    switch (direction_) {
-      case ScanDirection::td:
-        completed = Down();
+    switch (kind_) {
+      case Kind::Mono:
+        completed = RunAs<Kind::Mono>();
         break;
-      case ScanDirection::tu:
-        completed = Up();
+      case Kind::Levels4:
+        completed = RunAs<Kind::Levels4>();
         break;
-      case ScanDirection::tda:
-        completed = AllColumns<0, 1>(s_.scan.CORN1);
+      case Kind::Nibbles:
+        completed = RunAs<Kind::Nibbles>();
         break;
-      case ScanDirection::tua:
-        completed = AllColumns<0, -1>(s_.scan.CORN4);
+      case Kind::Colors8:
+        completed = RunAs<Kind::Colors8>();
         break;
-      case ScanDirection::tr:
-        completed = Rows<1>(s_.scan.CORN1);
+      case Kind::Index:
+        completed = RunAs<Kind::Index>();
         break;
-      case ScanDirection::tl:
-        completed = Rows<-1>(s_.scan.CORN2);
+      case Kind::Levels32:
+        completed = RunAs<Kind::Levels32>();
         break;
-      case ScanDirection::tra:
-        completed = ByteColumns<1>(s_.scan.CORN1);
+      case Kind::C4096:
+        completed = RunAs<Kind::C4096>();
         break;
-      case ScanDirection::tla:
-        completed = ByteColumns<-1>(s_.scan.CORN2);
+      case Kind::C65536:
+        completed = RunAs<Kind::C65536>();
+        break;
+      case Kind::C262k:
+        completed = RunAs<Kind::C262k>();
+        break;
+      case Kind::C16M:
+        completed = RunAs<Kind::C16M>();
         break;
     }
     Flush();
@@ -266,12 +271,37 @@ class FastWalk {
 
   // ---- The walks ---------------------------------------------------------------------------
 
+  /// The walk of the planned direction, with the packer of kind K.
+  template <Kind K>
+  bool RunAs() {
+    switch (direction_) {
+      case ScanDirection::td:
+        return Down<K>();
+      case ScanDirection::tu:
+        return Up<K>();
+      case ScanDirection::tda:
+        return AllColumns<K, 0, 1>(s_.scan.CORN1);
+      case ScanDirection::tua:
+        return AllColumns<K, 0, -1>(s_.scan.CORN4);
+      case ScanDirection::tr:
+        return Rows<K, 1>(s_.scan.CORN1);
+      case ScanDirection::tl:
+        return Rows<K, -1>(s_.scan.CORN2);
+      case ScanDirection::tra:
+        return ByteColumns<K, 1>(s_.scan.CORN1);
+      case ScanDirection::tla:
+        return ByteColumns<K, -1>(s_.scan.CORN2);
+    }
+    return true;
+  }
+
   void GroupStart() {
     if (!s_.block.ColRx) return;
     Flush();
     writer_.GroupStart();
   }
 
+  template <Kind K>
   bool Down() {
     c_.PagesPerColumn = pages_;
     c_.BytesPerRow = c_.AreaWidth;
@@ -282,7 +312,7 @@ class FastWalk {
     for (int page = 0; page < pages_; ++page) {
       GroupStart();
       for (int x = xStart; x >= c_.AreaLeft && x < c_.AreaRight; x += dx) {
-        if (!Byte<0, 1>(x, pageTop)) return false;
+        if (!Byte<K, 0, 1>(x, pageTop)) return false;
       }
       pageTop += step_;
       if (pageTop >= c_.AreaBottom) break;
@@ -290,6 +320,7 @@ class FastWalk {
     return true;
   }
 
+  template <Kind K>
   bool Up() {
     c_.PagesPerColumn = pages_;
     c_.BytesPerRow = c_.AreaWidth;
@@ -300,14 +331,14 @@ class FastWalk {
     for (int page = px_.C8 ? 2 : 1; page <= pages_ && pageBottom > -1; ++page) {
       GroupStart();
       for (int x = xStart; x >= c_.AreaLeft && x < c_.AreaRight; x += dx) {
-        if (!Byte<0, -1>(x, pageBottom)) return false;
+        if (!Byte<K, 0, -1>(x, pageBottom)) return false;
       }
       pageBottom -= step_;
     }
     return true;
   }
 
-  template <int DX, int DY>
+  template <Kind K, int DX, int DY>
   bool AllColumns(bool leftToRight) {
     c_.PagesPerColumn = pages_;
     c_.BytesPerRow = c_.AreaWidth;
@@ -317,13 +348,13 @@ class FastWalk {
       GroupStart();
       int y = DY > 0 ? c_.AreaTop : c_.AreaBottom - 1;
       for (int page = 0; page < pages_; ++page, y += DY * k_) {
-        if (!Byte<DX, DY>(x, y)) return false;
+        if (!Byte<K, DX, DY>(x, y)) return false;
       }
     }
     return true;
   }
 
-  template <int DX>
+  template <Kind K, int DX>
   bool Rows(bool fromTop) {
     c_.BytesPerRow = pages_;
     c_.PagesPerColumn = c_.AreaHeight;
@@ -333,13 +364,13 @@ class FastWalk {
       GroupStart();
       int x = DX > 0 ? c_.AreaLeft : c_.AreaRight - 1;
       for (int b = 0; b < pages_; ++b, x += DX * k_) {
-        if (!Byte<DX, 0>(x, y)) return false;
+        if (!Byte<K, DX, 0>(x, y)) return false;
       }
     }
     return true;
   }
 
-  template <int DX>
+  template <Kind K, int DX>
   bool ByteColumns(bool fromTop) {
     c_.BytesPerRow = pages_;
     c_.PagesPerColumn = c_.AreaHeight;
@@ -349,7 +380,7 @@ class FastWalk {
       const int x = DX > 0 ? c_.AreaLeft + b * step_ : c_.AreaRight - 1 - b * step_;
       GroupStart();
       for (int y = first; y >= c_.AreaTop && y < c_.AreaBottom; y += dy) {
-        if (!Byte<DX, 0>(x, y)) return false;
+        if (!Byte<K, DX, 0>(x, y)) return false;
       }
     }
     return true;
@@ -377,30 +408,28 @@ class FastWalk {
     return lastIndex_;
   }
 
-  void Put(int value) {
-    buffer_.push_back(final_[static_cast<std::size_t>(value & 0xFF)]);
-    ++values_;
-  }
+  void Put(int value) { buffer_[buffered_++] = final_[static_cast<std::size_t>(value & 0xFF)]; }
 
   void Flush() {
-    if (buffer_.empty()) return;
-    writer_.EmitValues(buffer_.data(), buffer_.size());
-    buffer_.clear();
+    if (buffered_ == 0) return;
+    writer_.EmitValues(buffer_.data(), buffered_);
+    values_ += static_cast<long long>(buffered_);
+    buffered_ = 0;
   }
 
   /// Polls Escape, then packs the byte (or bytes) of one packer call at (x, y), the pixels
   /// read along (DX, DY). False when the walk must stop.
-  template <int DX, int DY>
+  template <Kind K, int DX, int DY>
   bool Byte(int x, int y) {
     if (request_.keyPoll.EscapePressed()) return false;
-    if (!Pack<DX, DY>(x, y)) return false;
-    if (buffer_.size() >= kFlushAt) Flush();
+    if (!Pack<K, DX, DY>(x, y)) return false;
+    if (buffered_ >= kFlushAt) Flush();
     return true;
   }
 
-  template <int DX, int DY>
+  template <Kind K, int DX, int DY>
   bool Pack(int x, int y) {
-    switch (kind_) {
+    switch (K) {
       case Kind::Mono: {
         const bool msbFirst = s_.scan.MSBF;
         int value = 0;
@@ -555,7 +584,8 @@ class FastWalk {
   int pages_ = 0;  // pages (vertical walks) or bytes per row (horizontal ones)
   int step_ = 1;   // rows between pages, or pixels between byte columns
   std::array<std::uint8_t, 256> final_{};
-  std::vector<std::uint8_t> buffer_;
+  std::array<std::uint8_t, kFlushAt + 8> buffer_{};  // a call puts at most four bytes
+  std::size_t buffered_ = 0;
   long long values_ = 0;
   std::uint32_t lastColor_ = 0xFFFFFFFFu;  // no canvas colour: the first pixel is looked up
   int lastIndex_ = -1;

@@ -17,6 +17,14 @@ quint32 BitOf(quint32 value, int bit) { return (value >> bit) & 1u; }
 /// each only when depthWord + 1 reaches its higher bit.
 int ExchangePairs(int value, int top, int distance, int count, int depthWord) {
   quint32 v = static_cast<quint32>(value);
+  if (depthWord + 1 >= top) {
+    // Every pair is exchanged: the two fields of `count` bits trade places.
+    const int low = top - distance - count + 1;
+    const quint32 mask = (1u << count) - 1;
+    const quint32 lowField = (v >> low) & mask, highField = (v >> (low + distance)) & mask;
+    v &= ~((mask << low) | (mask << (low + distance)));
+    return static_cast<int>(v | (lowField << (low + distance)) | (highField << low));
+  }
   for (int high = top; high > top - count; --high) {
     if (depthWord + 1 < high) continue;
     const int low = high - distance;
