@@ -344,6 +344,16 @@ void DataTextWriter::EmitValues(const std::uint8_t* values, std::size_t count) {
   }
   const long long lastCount = options_.dataByteCount;
   constexpr int kSlot = PieceTable::kSlot;
+  // The slot of a byte in a place, from tables held here: writing the line cannot move them.
+  char* const tables[kPlaces] = {pieces_[One].slots.data(), pieces_[First].slots.data(),
+                                 pieces_[Middle].slots.data(), pieces_[Last].slots.data()};
+  auto put = [&](Place place, std::uint8_t value, char* out) {
+    char* slot = tables[place] + value * kSlot;
+    if (slot[kSlot - 1] == 0) [[unlikely]]
+      FillSlot(place, value, slot);
+    std::memcpy(out, slot, kSlot);
+    return static_cast<unsigned char>(slot[kSlot - 1]);
+  };
   // The line is built in the bulk buffer and goes back to line_ when the run ends inside it.
   char* const line = bulk_.data();
   std::size_t length = line_.size();
@@ -367,41 +377,27 @@ void DataTextWriter::EmitValues(const std::uint8_t* values, std::size_t count) {
     const std::uint8_t* const end = v + n;
     int place = constantsOnLine_;
     if (place == 0) {
-      std::memcpy(line + length, cpre_.data(), cpre_.size());
+      if (!cpre_.empty()) std::memcpy(line + length, cpre_.data(), cpre_.size());
       length += cpre_.size();
       if (settings_.format.LineN) {
         const std::string number = std::to_string(lineNumber_);
         std::memcpy(line + length, number.data(), number.size());
         length += number.size();
       }
-      std::memcpy(line + length, cpfr_.data(), cpfr_.size());
+      if (!cpfr_.empty()) std::memcpy(line + length, cpfr_.data(), cpfr_.size());
       length += cpfr_.size();
       if (perLine_ > 1) {
-        const char* slot = Slot(First, *v++);
-        std::memcpy(line + length, slot, kSlot);
-        length += static_cast<unsigned char>(slot[kSlot - 1]);
+        length += put(First, *v++, line + length);
         ++place;
       }
     }
     if (perLine_ == 1) {
-      if (v < end) {
-        const char* slot = Slot(One, *v++);
-        std::memcpy(line + length, slot, kSlot);
-        length += static_cast<unsigned char>(slot[kSlot - 1]);
-      }
+      if (v < end) length += put(One, *v++, line + length);
     } else {
       // Middle places up to the one before the last of the line.
       const std::uint8_t* const middleEnd = std::min(end, v + std::max(0, perLine_ - 1 - place));
-      for (; v < middleEnd; ++v) {
-        const char* slot = Slot(Middle, *v);
-        std::memcpy(line + length, slot, kSlot);
-        length += static_cast<unsigned char>(slot[kSlot - 1]);
-      }
-      if (v < end) {
-        const char* slot = Slot(Last, *v++);
-        std::memcpy(line + length, slot, kSlot);
-        length += static_cast<unsigned char>(slot[kSlot - 1]);
-      }
+      for (; v < middleEnd; ++v) length += put(Middle, *v, line + length);
+      if (v < end) length += put(Last, *v++, line + length);
     }
     i += n;
     valueCount_ += static_cast<long long>(n);

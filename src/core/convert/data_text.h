@@ -193,13 +193,7 @@ class DataTextWriter final : public ValueSink {
   /// The piece of a byte in `place`: the text before, the digits, the text after (as a
   /// separator follows).
   std::string Piece(Place place, int value);
-  /// The slot of the byte `value` as delivered (Neg applied here), spelled on first use.
-  const char* Slot(Place place, int value) {
-    char* slot = pieces_[place].slots.data() + value * PieceTable::kSlot;
-    if (slot[PieceTable::kSlot - 1] == 0) [[unlikely]]
-      FillSlot(place, value, slot);
-    return slot;
-  }
+  /// Spells the byte `value` as delivered (Neg applied here) into its slot of `place`.
   void FillSlot(Place place, int value, char* slot);
   Place PlaceOf(int constantsOnLine) const;
   std::string PictureTemplate() const;

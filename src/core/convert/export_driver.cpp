@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "convert/export_driver.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
 #include <QLocale>
@@ -74,7 +75,15 @@ CanvasSelection SelectionOnCanvas(const canvas::WorkCanvas& canvas) {
 }
 
 QString DateText(const platform::Clock& clock) {
-  return QLocale::c().toString(clock.Now(), QStringLiteral("dd/MM/yyyy HH:mm:ss"));
+  // dd/MM/yyyy HH:mm:ss, written out rather than through a format string.
+  const QDateTime now = clock.Now();
+  const QDate d = now.date();
+  const QTime t = now.time();
+  if (d.year() < 1000 || d.year() > 9999) {
+    return QLocale::c().toString(now, QStringLiteral("dd/MM/yyyy HH:mm:ss"));
+  }
+  return QString::asprintf("%02d/%02d/%04d %02d:%02d:%02d", d.day(), d.month(), d.year(), t.hour(),
+                           t.minute(), t.second());
 }
 
 ExportResult ResultOf(const ExportRun& run, ExportStatus status) {

@@ -22,6 +22,10 @@ using settings::ScanDirection;
 
 int Trunc(double value) { return static_cast<int>(std::trunc(value)); }
 
+/// A byte of the walk's buffer. Not a character type, so that writing one cannot change the
+/// walk's own fields, which the loops then keep in registers.
+enum class Octet : std::uint8_t {};
+
 /// How one packer call reads and packs, by mode.
 enum class Kind { Mono, Levels4, Nibbles, Colors8, Index, Levels32, C4096, C65536, C262k, C16M };
 
@@ -81,8 +85,9 @@ class FastWalk {
     for (int v = 0; v < 256; ++v) {
       int out = reverse ? ReverseByte(v) : v;
       if (s_.pixel.dore && reorder) out = reorder->Apply(out);
-      final_[static_cast<std::size_t>(v)] = static_cast<std::uint8_t>(out & 0xFF);
+      final_[static_cast<std::size_t>(v)] = static_cast<Octet>(out & 0xFF);
     }
+    if (colors_ != nullptr) lastIndex_ = colors_->Find(ColorOf(lastPixel_));
   }
 
   /// Plans the walk of `direction`; false when a read would fall outside the picture or past
@@ -388,47 +393,56 @@ class FastWalk {
 
   // ---- One byte ----------------------------------------------------------------------------
 
-  QRgb Pixel(int x, int y) const { return image_.Row(y)[x]; }
+  [[gnu::always_inline]] QRgb Pixel(int x, int y) const { return image_.Row(y)[x]; }
   /// The canvas colour 0x00BBGGRR of a pixel.
   static std::uint32_t ColorOf(QRgb v) {
     return ((v >> 16) & 0xFFu) | (v & 0xFF00u) | ((v & 0xFFu) << 16);
   }
 
   /// The table index of the colour of `v`, or -1 after recording a colour not found.
-  int Index(QRgb v) {
-    const std::uint32_t color = ColorOf(v);
-    if (color != lastColor_) {
-      lastColor_ = color;
-      lastIndex_ = colors_->Find(color);
-    }
-    if (lastIndex_ < 0) {
-      colors_->notFound = std::int64_t(color);
-      c_.Aborted = true;
+  /// The table index of the colour of `v`, or -1; the last pixel's answer is kept.
+  [[gnu::always_inline]] int Lookup(QRgb v) {
+    if (v != lastPixel_) {
+      lastPixel_ = v;
+      lastIndex_ = colors_->Find(ColorOf(v));
     }
     return lastIndex_;
   }
 
-  void Put(int value) { buffer_[buffered_++] = final_[static_cast<std::size_t>(value & 0xFF)]; }
+  /// The table index of the colour of `v`, or -1 after recording a colour not found.
+  [[gnu::always_inline]] int Index(QRgb v) {
+    const int index = Lookup(v);
+    if (index < 0) [[unlikely]] {
+      colors_->notFound = std::int64_t(ColorOf(v));
+      c_.Aborted = true;
+    }
+    return index;
+  }
+
+  [[gnu::always_inline]] void Put(int value) {
+    *out_++ = final_[static_cast<std::size_t>(value & 0xFF)];
+  }
 
   void Flush() {
-    if (buffered_ == 0) return;
-    writer_.EmitValues(buffer_.data(), buffered_);
-    values_ += static_cast<long long>(buffered_);
-    buffered_ = 0;
+    const std::size_t count = static_cast<std::size_t>(out_ - buffer_.data());
+    if (count == 0) return;
+    writer_.EmitValues(reinterpret_cast<const std::uint8_t*>(buffer_.data()), count);
+    values_ += static_cast<long long>(count);
+    out_ = buffer_.data();
   }
 
   /// Polls Escape, then packs the byte (or bytes) of one packer call at (x, y), the pixels
   /// read along (DX, DY). False when the walk must stop.
   template <Kind K, int DX, int DY>
-  bool Byte(int x, int y) {
+  [[gnu::always_inline]] bool Byte(int x, int y) {
     if (request_.keyPoll.EscapePressed()) return false;
     if (!Pack<K, DX, DY>(x, y)) return false;
-    if (buffered_ >= kFlushAt) Flush();
+    if (out_ >= buffer_.data() + kFlushAt) Flush();
     return true;
   }
 
   template <Kind K, int DX, int DY>
-  bool Pack(int x, int y) {
+  [[gnu::always_inline]] bool Pack(int x, int y) {
     switch (K) {
       case Kind::Mono: {
         const bool msbFirst = s_.scan.MSBF;
@@ -537,13 +551,10 @@ class FastWalk {
         return true;
       }
       case Kind::C262k: {
-        const std::uint32_t color = ColorOf(Pixel(x, y));
-        if (color != lastColor_) {
-          lastColor_ = color;
-          lastIndex_ = colors_->Find(color);
-        }
+        const QRgb pixel = Pixel(x, y);
+        const int index = Lookup(pixel);
         // A colour outside the table goes out as its own value.
-        const std::int64_t n = Reorder262kOutput(lastIndex_ >= 0 ? lastIndex_ : int(color));
+        const std::int64_t n = Reorder262kOutput(index >= 0 ? index : int(ColorOf(pixel)));
         std::array<int, 3> bytes{};
         if (px_.C18u) {
           bytes = {int((n >> 12) & 63), int((n >> 6) & 63), int(n & 63)};
@@ -583,11 +594,11 @@ class FastWalk {
   ScanDirection direction_ = ScanDirection::tr;
   int pages_ = 0;  // pages (vertical walks) or bytes per row (horizontal ones)
   int step_ = 1;   // rows between pages, or pixels between byte columns
-  std::array<std::uint8_t, 256> final_{};
-  std::array<std::uint8_t, kFlushAt + 8> buffer_{};  // a call puts at most four bytes
-  std::size_t buffered_ = 0;
+  std::array<Octet, 256> final_{};
+  std::array<Octet, kFlushAt + 8> buffer_{};  // a call puts at most four bytes
+  Octet* out_ = buffer_.data();
   long long values_ = 0;
-  std::uint32_t lastColor_ = 0xFFFFFFFFu;  // no canvas colour: the first pixel is looked up
+  QRgb lastPixel_ = 0;  // the last pixel looked up, and its answer
   int lastIndex_ = -1;
   int phase_ = 0;  // PackedPhase
   int held_ = 0;   // SecondValue

@@ -13,27 +13,6 @@ const QString kSwapBytes = QStringLiteral("SWAP BYTES 16 BITS");
 
 quint32 BitOf(quint32 value, int bit) { return (value >> bit) & 1u; }
 
-/// Exchanges the bit pairs (high, high - distance) for high from `top` down `count` times,
-/// each only when depthWord + 1 reaches its higher bit.
-int ExchangePairs(int value, int top, int distance, int count, int depthWord) {
-  quint32 v = static_cast<quint32>(value);
-  if (depthWord + 1 >= top) {
-    // Every pair is exchanged: the two fields of `count` bits trade places.
-    const int low = top - distance - count + 1;
-    const quint32 mask = (1u << count) - 1;
-    const quint32 lowField = (v >> low) & mask, highField = (v >> (low + distance)) & mask;
-    v &= ~((mask << low) | (mask << (low + distance)));
-    return static_cast<int>(v | (lowField << (low + distance)) | (highField << low));
-  }
-  for (int high = top; high > top - count; --high) {
-    if (depthWord + 1 < high) continue;
-    const int low = high - distance;
-    const quint32 a = BitOf(v, high), b = BitOf(v, low);
-    v = (v & ~((1u << high) | (1u << low))) | (b << high) | (a << low);
-  }
-  return static_cast<int>(v);
-}
-
 }  // namespace
 
 QString ReorderGrid::GetReorderData(int col, int row) const {
@@ -115,19 +94,6 @@ int ReorderOutput(const ReorderGrid& grid, int value, int bitLimit) {
 
 QString DoReorderStatus(bool dore) {
   return dore ? QStringLiteral("[ON]") : QStringLiteral("[OFF]");
-}
-
-int Reorder4096Output(int value, int depthWord) {
-  return ExchangePairs(value, 11, 8, 4, depthWord);
-}
-int Reorder65kOutput(int value, int depthWord) {
-  return ExchangePairs(value, 15, 11, 5, depthWord);
-}
-int Reorder262kOutput(int value, int depthWord) {
-  return ExchangePairs(value, 17, 12, 6, depthWord);
-}
-int Reorder16MOutput(int value, int depthWord) {
-  return ExchangePairs(value, 23, 16, 8, depthWord);
 }
 
 }  // namespace vt::convert
