@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <QFile>
+#include <QTemporaryDir>
 #include <random>
 
 #include "canvas/color_reduction.h"
@@ -205,6 +206,44 @@ TEST(PaletteFiles, RoundTripsAndBadLinesNameFileAndLine) {
   ASSERT_FALSE(wrong);
   EXPECT_EQ(wrong.error().line, 3);
   EXPECT_FALSE(ParseColorList(QStringLiteral("A;FF0000"), ColorListKind::Hex, QString()));
+}
+
+// A file is read from its bytes, the usual lines quickly; it must give what the text parser
+// gives, colours or the fault with its line.
+TEST(PaletteFiles, ReadingAFileGivesWhatTheTextParserGives) {
+  QTemporaryDir dir;
+  const struct {
+    const char* text;
+    int entries;
+  } cases[] = {
+      {"$00000000\r\n$00ff0000\r\n $0000FFFF\t\r\n", 3},
+      {"0\n255\n 00016777215 \n", 3},
+      {"clRed\r\nWhite\n$FF\n", 0},
+      {"$1\n\n$2\n", 0},          // an empty line is no colour
+      {"$1\r\n$2\r", 2},          // a lone CR ends the text
+      {"$1\n$2\n", 3},             // too few lines
+      {"$1000000\n", 1},           // past 24 bits
+      {"$000000001\n", 1},         // nine digits
+      {"$0x12\n+5\n-5\n", 0},      // forms only the text parser knows, or refuses
+      {"99999999999999999999\n", 1},
+      {"$12\n12 34\n", 2},
+      {"", 0},
+  };
+  for (const auto& c : cases) {
+    const QString path = dir.path() + QStringLiteral("/p.pal");
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    file.write(c.text);
+    file.close();
+    const Result<Palette> read = ReadPaletteFile(path, c.entries);
+    const Result<Palette> parsed = ParsePaletteText(QString::fromUtf8(c.text), path, c.entries);
+    ASSERT_EQ(read.ok(), parsed.ok()) << c.text;
+    if (read.ok()) {
+      EXPECT_EQ(read.value(), parsed.value()) << c.text;
+    } else {
+      EXPECT_EQ(read.error().ToString(), parsed.error().ToString()) << c.text;
+    }
+  }
 }
 
 TEST(PaletteFiles, ModePaletteLoadsCustomThenDefaultAndRefusesABadFile) {
