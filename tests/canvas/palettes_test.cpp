@@ -166,6 +166,18 @@ TEST(Palettes, ReductionsAndGray) {
   image.setPixel(2, 0, qRgb(255, 255, 255));
   ConvertToMyColor(image, palettes, PixelMode::Gray4, keys);  // white: empty window, 0
   EXPECT_EQ(image.pixel(2, 0) & 0xFFFFFF, 0u);
+
+  // A large palette's search is kept between conversions; another palette is searched anew.
+  PaletteState large;
+  large.LargePalette = Sorted(PixelMode::Colors256);
+  QImage orange(1, 1, QImage::Format_RGB32);
+  for (const PixelMode mode : {PixelMode::Colors256, PixelMode::Colors4096, PixelMode::Colors256}) {
+    large.LargePalette = Sorted(mode);
+    orange.setPixel(0, 0, qRgb(250, 130, 10));
+    ConvertToNearestColor(orange, large, mode, keys);
+    // 3-bit red and green levels 255 and 146, blue 0 of 2 bits; 4-bit levels 255, 136, 17.
+    EXPECT_EQ(orange.pixel(0, 0) & 0xFFFFFF, mode == PixelMode::Colors256 ? 0xFF9200u : 0xFF8811u);
+  }
 }
 
 TEST(PaletteFiles, RoundTripsAndBadLinesNameFileAndLine) {

@@ -30,9 +30,7 @@ bool IsMonochrome(const app::AppState& state) {
   return !mode || settings::IsMonochromeMode(*mode);
 }
 
-void DropSelection(app::AppState& state) {
-  state.canvas.DisableSelection();
-}
+void DropSelection(app::AppState& state) { state.canvas.DisableSelection(); }
 
 /// Draws the layer in, pushes, reports. False when nothing was pasted.
 bool Paste(app::AppState& state, bool keepFloating) {

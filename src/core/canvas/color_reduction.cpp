@@ -229,7 +229,8 @@ ConversionStatus ConvertToNearestColor(QImage& image, PaletteState& palettes, Pi
     const Palette& small = palettes.SmallPalette;
     return MapPixels(image, escape, [&](Color c) { return NearestSmallColor(c, small); });
   }
-  NearestColorSearch search(palettes.LargePalette);
+  NearestColorSearch& search = palettes.nearest.For(palettes.LargePalette);
+  search.ClearLastIndex();
   const ConversionStatus status =
       MapPixels(image, escape, [&](Color c) { return search.NearestColor(c); });
   palettes.lastIndex = search.LastIndex();
@@ -239,8 +240,7 @@ ConversionStatus ConvertToNearestColor(QImage& image, PaletteState& palettes, Pi
 ConversionStatus ConvertToMyColor(QImage& image, const PaletteState& palettes, PixelMode mode,
                                   platform::KeyPoll& escape) {
   if (HasNoConversion(mode) || palettes.Colors().empty()) return ConversionStatus::NoConversion;
-  const Palette copy = palettes.Colors();
-  NearestColorSearch search(copy);
+  NearestColorSearch search(palettes.Colors());
   return MapPixels(image, escape,
                    [&](Color c) { return c == 0 ? Color(0) : search.NearestColorKill(c); });
 }

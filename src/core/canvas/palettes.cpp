@@ -206,6 +206,13 @@ ColorIndexer::ColorIndexer(std::span<const Color> table) : size_(int(table.size(
   }
 }
 
+NearestColorSearch& NearestSearchCache::For(const Palette& sortedPalette) {
+  if (!search_ || search_->Colors() != sortedPalette) {
+    search_ = std::make_shared<NearestColorSearch>(sortedPalette);
+  }
+  return *search_;
+}
+
 std::shared_ptr<const ColorIndexer> PaletteIndexCache::For(const Palette& palette) {
   if (!index_ || indexed_ != palette) {
     index_ = std::make_shared<const ColorIndexer>(palette);
@@ -236,8 +243,8 @@ int Gap(int v, int cell) {
 }
 }  // namespace
 
-NearestColorSearch::NearestColorSearch(const Palette& sortedPalette) : p_(sortedPalette) {
-  const std::optional<std::array<int, 3>> bits = GridBitsOf(sortedPalette);
+NearestColorSearch::NearestColorSearch(Palette sortedPalette) : p_(std::move(sortedPalette)) {
+  const std::optional<std::array<int, 3>> bits = GridBitsOf(p_);
   if (!bits) return;
   // Distances add up channel by channel: on a grid the nearest colour is the nearest level of
   // each channel, the lowest level where two are as near (which gives the lowest index).

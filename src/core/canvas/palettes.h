@@ -129,7 +129,10 @@ class PaletteIndexCache {
 /// with answers identical to a scan of the window.
 class NearestColorSearch {
  public:
-  explicit NearestColorSearch(const Palette& sortedPalette);
+  /// Searches a copy of `sortedPalette`.
+  explicit NearestColorSearch(Palette sortedPalette);
+  /// The palette searched.
+  const Palette& Colors() const { return p_; }
   ~NearestColorSearch();
   NearestColorSearch(const NearestColorSearch&) = delete;
   NearestColorSearch& operator=(const NearestColorSearch&) = delete;
@@ -139,8 +142,10 @@ class NearestColorSearch {
   Color NearestColor(Color c);
   /// The plain form of the map conversion; an empty window gives 0.
   Color NearestColorKill(Color c);
-  /// Index of the last answer of NearestColor (for the status bar).
+  /// Index of the last answer of NearestColor (for the status bar); 0 before any.
   int LastIndex() const { return lastIndex_; }
+  /// Forgets the last answer, as a new search starts.
+  void ClearLastIndex() { lastIndex_ = 0; }
 
   /// The index of the nearest entry in [lo, hi] (inclusive), or -1 when the window is empty.
   int SearchWindow(Color c, int lo, int hi);
@@ -149,12 +154,22 @@ class NearestColorSearch {
   struct Grid;
   Grid& GridFor(int lo, int hi);
 
-  const Palette& p_;
+  const Palette p_;
   std::vector<std::unique_ptr<Grid>> grids_;
   int lastIndex_ = 0;
   bool grid_ = false;  // the palette is a grid: the nearest level of each channel
   std::int16_t nearestLevel_[3][256] = {};
   int shiftGreen_ = 0, shiftBlue_ = 0;
+};
+
+/// The nearest-colour search of a palette kept between conversions, with the cell grids it
+/// built: made again only when the palette differs from the one it searches.
+class NearestSearchCache {
+ public:
+  NearestColorSearch& For(const Palette& sortedPalette);
+
+ private:
+  std::shared_ptr<NearestColorSearch> search_;
 };
 
 /// The nearest entry of a small palette, the whole palette searched, the first of equal
@@ -182,6 +197,8 @@ struct PaletteState {
   int lastIndex = 0;    ///< index of the last nearest colour, for the status bar
   /// The index of Colors() for colour searches; a cache, rebuilt when the palette changes.
   mutable PaletteIndexCache index;
+  /// The nearest-colour search of LargePalette; a cache, made again when the palette changes.
+  mutable NearestSearchCache nearest;
 
   /// The palette colours of the mode (SmallPalette in small modes, LargePalette otherwise).
   const Palette& Colors() const { return SmallPaletteMode ? SmallPalette : LargePalette; }
