@@ -1,15 +1,54 @@
 // SPDX-License-Identifier: MIT
 #include "app/text_buffer.h"
 
+#include <cstring>
+#include <string>
+
 #include "util/atomic_write.h"
 
 namespace vt::app {
 
+void TextBuffer::Block::reserve(std::size_t size) {
+  if (size <= capacity_) return;
+  std::size_t capacity = std::max<std::size_t>(capacity_ * 2, 4096);
+  while (capacity < size) capacity *= 2;
+  std::unique_ptr<char[]> data(new char[capacity]);
+  if (size_ > 0) std::memcpy(data.get(), data_.get(), size_);
+  data_ = std::move(data);
+  capacity_ = capacity;
+}
+
+void TextBuffer::Block::append(std::string_view bytes) {
+  reserve(size_ + bytes.size());
+  if (!bytes.empty()) std::memcpy(data_.get() + size_, bytes.data(), bytes.size());
+  size_ += bytes.size();
+}
+
 TextBuffer::Span TextBuffer::Append(std::string_view line) {
   const Span span{block_.size(), static_cast<std::uint32_t>(line.size())};
-  block_.append(line);
-  block_.push_back('\n');
+  const bool inside = block_.size() > 0 && line.data() >= block_.data() &&
+                      line.data() < block_.data() + block_.size();
+  if (inside) {
+    const std::string copy(line);  // the block may move as it grows
+    block_.append(copy);
+  } else {
+    block_.append(line);
+  }
+  block_.append("\n");
   return span;
+}
+
+char* TextBuffer::LineRoom(std::size_t bytes) {
+  block_.reserve(block_.size() + bytes + 1);
+  return block_.data() + block_.size();
+}
+
+void TextBuffer::AddWrittenLine(std::size_t length) {
+  const Span span{block_.size(), static_cast<std::uint32_t>(length)};
+  block_.grow(length);
+  block_.append("\n");
+  lines_.push_back(span);
+  modified_ = true;
 }
 
 void TextBuffer::Clear() {
@@ -36,7 +75,7 @@ void TextBuffer::AddUtf8Line(std::string_view line) {
 std::string_view TextBuffer::Utf8Line(int index) const {
   if (index < 0 || index >= Count()) return {};
   const Span& span = lines_[static_cast<std::size_t>(index)];
-  return std::string_view(block_).substr(span.offset, span.length);
+  return std::string_view(block_.data() + span.offset, span.length);
 }
 
 QString TextBuffer::Line(int index) const {
@@ -71,14 +110,13 @@ void TextBuffer::ReplaceUtf8Line(int index, std::string_view line) {
   Span& span = lines_[static_cast<std::size_t>(index)];
   if (span.offset + span.length + 1 == block_.size()) {
     // The line ends the block: it is rewritten where it stands.
-    const std::string copy(line);  // `line` may point into the block
-    block_.resize(span.offset);
+    const std::string copy(line);  // `line` may point into the line it replaces
+    block_.truncate(span.offset);
     span = Append(copy);
   } else {
-    const std::string copy(line);
     unused_ += span.length + 1;
     inOrder_ = inOrder_ && index == Count() - 1;
-    span = Append(copy);
+    span = Append(line);
   }
   modified_ = true;
 }
@@ -87,7 +125,7 @@ void TextBuffer::DeleteLine(int index) {
   if (index < 0 || index >= Count()) return;
   const Span span = lines_[static_cast<std::size_t>(index)];
   if (span.offset + span.length + 1 == block_.size()) {
-    block_.resize(span.offset);
+    block_.truncate(span.offset);
   } else {
     unused_ += span.length + 1;
   }

@@ -4,7 +4,7 @@
 #include <QString>
 #include <QStringList>
 #include <cstdint>
-#include <string>
+#include <memory>
 #include <string_view>
 #include <vector>
 
@@ -50,6 +50,11 @@ class TextBuffer {
   /// Room for about `bytes` of UTF-8 text in `lines` further lines, so that a long export does
   /// not move the block as it grows.
   void Reserve(std::size_t bytes, std::size_t lines);
+  /// Room for a line of up to `bytes` bytes at the end of the text, to be written in place and
+  /// then added by AddWrittenLine. Valid until the next change of the buffer.
+  char* LineRoom(std::size_t bytes);
+  /// Adds the first `length` bytes written into LineRoom as the new last line.
+  void AddWrittenLine(std::size_t length);
 
   /// The whole text: every line followed by `lineBreak` (an empty buffer gives an empty text).
   QString Text(const QString& lineBreak = QStringLiteral("\n")) const;
@@ -79,7 +84,28 @@ class TextBuffer {
   /// True when the block holds exactly the lines in order, each followed by "\n".
   bool Contiguous() const { return unused_ == 0 && inOrder_; }
 
-  std::string block_;
+  /// The bytes of the lines; grows by doubling and is never filled ahead of use.
+  class Block {
+   public:
+    const char* data() const { return data_.get(); }
+    char* data() { return data_.get(); }
+    std::size_t size() const { return size_; }
+    void clear() { size_ = 0; }
+    /// Capacity for at least `size` bytes.
+    void reserve(std::size_t size);
+    void append(std::string_view bytes);
+    /// Cuts the block back to `size` bytes (no more than it holds).
+    void truncate(std::size_t size) { size_ = size; }
+    /// Counts `n` bytes written past the end into reserved capacity.
+    void grow(std::size_t n) { size_ += n; }
+
+   private:
+    std::unique_ptr<char[]> data_;
+    std::size_t size_ = 0;
+    std::size_t capacity_ = 0;
+  };
+
+  Block block_;
   std::vector<Span> lines_;
   std::size_t unused_ = 0;         // bytes of replaced or deleted lines still in the block
   bool inOrder_ = true;            // the lines stand in the block in their order

@@ -229,7 +229,7 @@ void DataTextWriter::BuildSpelling() {
   gapFree_ = !chains && std::max(inner, lead + trail) < 4;
   pieces_.assign(kPlaces, PieceTable{});
   // A line of the bulk path: head, constants, end mark, and the slack of one slot.
-  bulk_.resize(cpre_.size() + 24 + cpfr_.size() + std::size_t(perLine_) * PieceTable::kSlot +
+  lineRoom_ = (cpre_.size() + 24 + cpfr_.size() + std::size_t(perLine_) * PieceTable::kSlot +
                endMark_.size() + PieceTable::kSlot);
   // Room for the whole array in the text, as far as its size is known.
   if (options_.dataByteCount > 0) {
@@ -354,9 +354,11 @@ void DataTextWriter::EmitValues(const std::uint8_t* values, std::size_t count) {
     std::memcpy(out, slot, kSlot);
     return static_cast<unsigned char>(slot[kSlot - 1]);
   };
-  // The line is built in the bulk buffer and goes back to line_ when the run ends inside it.
-  char* const line = bulk_.data();
+  // The line is built where it will stand, at the end of the text, and goes back to line_
+  // when the run ends inside it.
+  // Room for what the line holds already and a whole line more.
   std::size_t length = line_.size();
+  char* line = text_.LineRoom(lineRoom_ + length);
   std::memcpy(line, line_.data(), length);
   std::size_t i = 0;
   while (i < count) {
@@ -365,6 +367,7 @@ void DataTextWriter::EmitValues(const std::uint8_t* values, std::size_t count) {
       line_.assign(line, length);
       EmitValue(values[i++], true);
       length = line_.size();
+      line = text_.LineRoom(lineRoom_ + length);
       std::memcpy(line, line_.data(), length);
       continue;
     }
@@ -408,15 +411,18 @@ void DataTextWriter::EmitValues(const std::uint8_t* values, std::size_t count) {
         std::memcpy(line + length, endMark_.data(), endMark_.size());
         length += endMark_.size();
         if (length > 0 && line[length - 1] == '#') --length;
-        WriteLine(std::string_view(line, length));
-        line_.clear();
+        // The line stands where it was written.
+        dataLines_.push_back(text_.Count());
+        text_.AddWrittenLine(length);
       } else {
         line_.assign(line, length);
         FinishLine(line_);
         WriteLine(line_);
       }
+      line_.clear();
       EndLine();
       length = 0;
+      line = text_.LineRoom(lineRoom_);
     }
   }
   line_.assign(line, length);

@@ -233,7 +233,7 @@ class DataTextWriter final : public ValueSink {
   bool pictureAscii_ = true;        // picture positions are byte positions
   bool gapFree_ = false;            // no line of the bulk path can hold a run of four blanks
   std::vector<PieceTable> pieces_;  // by place, for the bulk path; empty when it cannot run
-  std::vector<char> bulk_;          // the line of the bulk path
+  std::size_t lineRoom_ = 0;        // the longest line of the bulk path
 
   // The line builder.
   std::string valueText_;
