@@ -180,6 +180,31 @@ TEST(Palettes, ReductionsAndGray) {
   }
 }
 
+// In 256 colours the export converts a picture of more than 236 colours again, even when
+// they are all in the palette; up to 236 it leaves the picture alone. Runs of one colour and
+// colours seen before count once.
+TEST(Palettes, ExportReductionIn256ColoursCountsUpTo236Colours) {
+  PaletteState palettes;
+  palettes.LargePalette = Sorted(PixelMode::Colors256);
+  palettes.SmallPalette = palettes.LargePalette;
+  platform::NoKeyPoll keys;
+  for (const int colours : {1, 236, 237, 256}) {
+    // Each colour twice in a row and once more at the end of the picture.
+    QImage image(colours * 2 + colours, 1, QImage::Format_RGB32);
+    for (int i = 0; i < colours; ++i) {
+      const QRgb c = ToQRgb(palettes.LargePalette[std::size_t(i)]);
+      image.setPixel(2 * i, 0, c);
+      image.setPixel(2 * i + 1, 0, c);
+      image.setPixel(2 * colours + i, 0, c);
+    }
+    const QImage before = image.copy();
+    const ConversionStatus status = ReduceForExport(image, palettes, PixelMode::Colors256, keys);
+    EXPECT_EQ(status, colours > 236 ? ConversionStatus::Done : ConversionStatus::NoConversion)
+        << colours;
+    if (colours <= 236) EXPECT_EQ(image, before) << colours;
+  }
+}
+
 TEST(PaletteFiles, RoundTripsAndBadLinesNameFileAndLine) {
   EXPECT_EQ(ParseColorText(QStringLiteral(" $000000FF ")), 0xFFu);
   EXPECT_EQ(ParseColorText(QStringLiteral("255")), 0xFFu);
@@ -231,12 +256,12 @@ TEST(PaletteFiles, ReadingAFileGivesWhatTheTextParserGives) {
       {"$00000000\r\n$00ff0000\r\n $0000FFFF\t\r\n", 3},
       {"0\n255\n 00016777215 \n", 3},
       {"clRed\r\nWhite\n$FF\n", 0},
-      {"$1\n\n$2\n", 0},          // an empty line is no colour
-      {"$1\r\n$2\r", 2},          // a lone CR ends the text
-      {"$1\n$2\n", 3},             // too few lines
-      {"$1000000\n", 1},           // past 24 bits
-      {"$000000001\n", 1},         // nine digits
-      {"$0x12\n+5\n-5\n", 0},      // forms only the text parser knows, or refuses
+      {"$1\n\n$2\n", 0},       // an empty line is no colour
+      {"$1\r\n$2\r", 2},       // a lone CR ends the text
+      {"$1\n$2\n", 3},         // too few lines
+      {"$1000000\n", 1},       // past 24 bits
+      {"$000000001\n", 1},     // nine digits
+      {"$0x12\n+5\n-5\n", 0},  // forms only the text parser knows, or refuses
       {"99999999999999999999\n", 1},
       {"$12\n12 34\n", 2},
       {"", 0},

@@ -88,11 +88,34 @@ QImage AsRgb32(const QImage& image) {
 
 /// Distinct colours of `image`, counting stops above `limit`; one bit per colour value.
 int DistinctColors(const QImage& image, int limit) {
-  std::vector<std::uint64_t> seen(std::size_t(1) << 18, 0);
+  const int width = image.width(), height = image.height();
   int count = 0;
-  for (int y = 0; y < image.height(); ++y) {
+  if (limit < 4096) {
+    // Few colours to tell apart: a small set, open addressing, never more than half full.
+    std::size_t size = 64;
+    while (size < std::size_t(limit + 1) * 2) size *= 2;
+    std::vector<std::uint32_t> slots(size, 0xFFFFFFFFu);
+    const std::size_t mask = size - 1;
+    Color last = 0xFFFFFFFFu;
+    for (int y = 0; y < height; ++y) {
+      const QRgb* row = reinterpret_cast<const QRgb*>(image.constScanLine(y));
+      for (int x = 0; x < width; ++x) {
+        const Color c = row[x] & 0x00FFFFFFu;
+        if (c == last) continue;
+        last = c;
+        std::size_t i = (c * 0x9E3779B1u) & mask;
+        while (slots[i] != 0xFFFFFFFFu && slots[i] != c) i = (i + 1) & mask;
+        if (slots[i] == c) continue;
+        slots[i] = c;
+        if (++count > limit) return count;
+      }
+    }
+    return count;
+  }
+  std::vector<std::uint64_t> seen(std::size_t(1) << 18, 0);
+  for (int y = 0; y < height; ++y) {
     const QRgb* row = reinterpret_cast<const QRgb*>(image.constScanLine(y));
-    for (int x = 0; x < image.width(); ++x) {
+    for (int x = 0; x < width; ++x) {
       const Color c = row[x] & 0x00FFFFFFu;
       std::uint64_t& word = seen[c >> 6];
       const std::uint64_t bit = std::uint64_t{1} << (c & 63);
