@@ -201,7 +201,9 @@ TEST(Palettes, ExportReductionIn256ColoursCountsUpTo236Colours) {
     const ConversionStatus status = ReduceForExport(image, palettes, PixelMode::Colors256, keys);
     EXPECT_EQ(status, colours > 236 ? ConversionStatus::Done : ConversionStatus::NoConversion)
         << colours;
-    if (colours <= 236) EXPECT_EQ(image, before) << colours;
+    if (colours <= 236) {
+      EXPECT_EQ(image, before) << colours;
+    }
   }
 }
 
