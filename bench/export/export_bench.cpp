@@ -3,7 +3,9 @@
 // text takes in-process and the peak memory of a process that does it, beside a minimal
 // hand-written C converter of the same picture to RGB565 text (the floor) and the ratio to it.
 // Each measurement runs in a child process of its own, so that its peak memory is its own.
-// `--smoke` uses small pictures and one round; `--only NAME` measures one mode.
+// `--smoke` uses small pictures and one round; `--only NAME` measures one mode;
+// `--write-pictures DIR` writes the pictures as PNG files (the colour picture of each size and
+// its black-and-white form) for timing the command line, and measures nothing.
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -39,6 +41,16 @@ QImage Picture(int w, int h) {
     for (int x = 0; x < w; ++x) row[x] = qRgb(x * 255 / w, y * 255 / h, (x * 7 + y * 3) & 255);
   }
   return image;
+}
+
+/// The picture as loading leaves it for monochrome: black where its gray is below 128.
+QImage BlackAndWhite(const QImage& picture) {
+  QImage bw = picture.copy();
+  for (int y = 0; y < bw.height(); ++y) {
+    auto* row = reinterpret_cast<QRgb*>(bw.scanLine(y));
+    for (int x = 0; x < bw.width(); ++x) row[x] = qGray(row[x]) < 128 ? 0xFF000000 : 0xFFFFFFFF;
+  }
+  return bw;
 }
 
 /// Repeats `run` until `budgetMs` has passed (at least once, at most `maxRounds`); the fastest
@@ -111,19 +123,16 @@ double ExportMs(const QImage& picture, settings::PixelMode mode, const QString& 
   app::Services services{dialogs, folders, fileUse, escape, clock};
   app::AppState state;
   state.files.SettingsFile = folder + QStringLiteral("/bench.LCD");
+  // The export report goes to the project folder, as in a project.
+  state.settings.folder.PFP = folder;
+  state.settings.folder.OFP = folder;
   state.settings.output.Dnask = false;
   state.settings.output.nbmfn = QStringLiteral("bench.png");
   settings::ApplyModeFlags(state.settings.pixel, settings::Info(mode).flags);
   settings::SetDisplaySize(state, picture.width(), picture.height());
   // The canvas as loading leaves it: reduced to the palette, or black and white.
-  QImage loaded = picture.copy();
-  if (settings::IsMonochromeMode(mode)) {
-    for (int y = 0; y < loaded.height(); ++y) {
-      auto* row = reinterpret_cast<QRgb*>(loaded.scanLine(y));
-      for (int x = 0; x < loaded.width(); ++x)
-        row[x] = qGray(row[x]) < 128 ? 0xFF000000 : 0xFFFFFFFF;
-    }
-  } else {
+  QImage loaded = settings::IsMonochromeMode(mode) ? BlackAndWhite(picture) : picture.copy();
+  if (!settings::IsMonochromeMode(mode)) {
     canvas::LoadModePalette(state, services);
     canvas::ReduceLikeLoading(loaded, state.palettes, mode, escape);
   }
@@ -149,6 +158,20 @@ int main(int argc, char* argv[]) {
       argc > 2 && std::strcmp(argv[1], "--only") == 0 ? QString::fromLatin1(argv[2]) : QString();
   const std::vector<QSize> sizes = smoke ? std::vector<QSize>{{16, 8}, {32, 24}}
                                          : std::vector<QSize>{{128, 64}, {320, 240}, {800, 480}};
+  if (argc > 2 && std::strcmp(argv[1], "--write-pictures") == 0) {
+    for (const QSize size : sizes) {
+      const QImage picture = Picture(size.width(), size.height());
+      const QString base = QStringLiteral("%1/picture%2x%3")
+                               .arg(QString::fromLocal8Bit(argv[2]))
+                               .arg(size.width())
+                               .arg(size.height());
+      if (!picture.save(base + QStringLiteral(".png")) ||
+          !BlackAndWhite(picture).save(base + QStringLiteral("-bw.png"))) {
+        return 1;
+      }
+    }
+    return 0;
+  }
   const double budget = smoke ? 0 : 300;
   const int rounds = smoke ? 1 : 20;
   QTextStream out(stdout);

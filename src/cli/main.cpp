@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <QCoreApplication>
+#include <QGuiApplication>
 #include <QTextStream>
 #include <cstdio>
 #include <exception>
@@ -8,7 +9,10 @@
 #include "platform/qt/qt_folders.h"
 
 int main(int argc, char* argv[]) {
-  QCoreApplication app(argc, argv);
+  // A headless run: pictures, SVG and (later) fonts need the GUI side of Qt, but never a
+  // display, so the offscreen platform is taken unless the caller chose one.
+  if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  QGuiApplication app(argc, argv);
   QTextStream out(stdout);
   QTextStream err(stderr);
   try {

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <QFile>
+#include <QTemporaryDir>
 #include <random>
 
 #include "canvas/color_reduction.h"
@@ -65,23 +66,68 @@ TEST(Palettes, IndexIsTheFirstMatchOfALinearSearch) {
   EXPECT_EQ(DefaultSearchTable(PixelMode::Gray32Packed).size(), 33u);
 }
 
+// The large palettes are indexed from their channels, any other table through its hash: both
+// must answer as a scan from entry 0 does, for colours in the table and next to them.
+TEST(Palettes, IndexOfLargeAndChangedPalettesIsTheFirstMatchOfALinearSearch) {
+  auto scan = [](const Palette& table, Color c) {
+    const auto at = std::find(table.begin(), table.end(), c);
+    return at == table.end() ? -1 : int(at - table.begin());
+  };
+  std::vector<Palette> tables;
+  for (const PixelMode mode : {PixelMode::Colors256, PixelMode::Colors4096, PixelMode::Colors65536,
+                               PixelMode::Colors262k, PixelMode::Gray256}) {
+    tables.push_back(Sorted(mode));
+  }
+  // One entry changed, another repeated: the channels no longer tell the index.
+  Palette changed = Sorted(PixelMode::Colors4096);
+  changed[5] = 0x123456;
+  changed[4000] = changed[7];
+  tables.push_back(changed);
+  std::mt19937 random(3);
+  for (const Palette& table : tables) {
+    const ColorIndexer index(table);
+    for (int n = 0; n < 200; ++n) {
+      const Color entry = table[random() % table.size()];
+      for (const Color c :
+           {entry, entry ^ 1u, entry ^ 0x100u, entry ^ 0x10000u, entry | 0x1000000u}) {
+        EXPECT_EQ(index.Find(c), scan(table, c)) << table.size() << " " << std::hex << c;
+      }
+    }
+    EXPECT_EQ(index.Find(table[7]), 7) << table.size();
+  }
+}
+
 TEST(Palettes, WindowSearchEqualsAScanOfTheWindow) {
   std::mt19937 random(7);
+  std::vector<Palette> palettes;
   for (const bool grays : {false, true}) {  // many equal entries; or all far from most colours
     Palette p;
     for (int i = 0; i < 3000; ++i) {
       p.push_back(grays ? (random() & 0xFF) * 0x010101 : random() & 0xF0F0F0);
     }
     SortPalette(p);
+    palettes.push_back(p);
+  }
+  // The built-in grids, searched channel by channel when the window holds the answer; colours
+  // half way between two levels test the lowest index among equal distances.
+  palettes.push_back(Sorted(PixelMode::Colors256));
+  palettes.push_back(Sorted(PixelMode::Colors4096));
+  palettes.push_back(Sorted(PixelMode::Colors65536));
+  // Half way between two levels: 3-bit (18, 91), 5-bit (4, 12) and 6-bit (2, 6) channels.
+  const Color ties[] = {18, 91, 4, 12, 2, 6};
+  for (const Palette& p : palettes) {
     NearestColorSearch search(p);
+    const int n = int(p.size());
     for (int k = 0; k < 400; ++k) {
-      const Color c = random() & 0xFFFFFF;
-      const int lo = int(random() % 3000), hi = lo + int(random() % 800);
+      const Color c = k % 2 == 0
+                          ? ties[random() % 6] | ties[random() % 6] << 8 | ties[random() % 6] << 16
+                          : random() & 0xFFFFFF;
+      const int lo = int(random() % n), hi = lo + int(random() % (k % 2 ? 800 : n));
       int best = 1 << 30, want = -1;
-      for (int i = lo; i <= std::min(hi, 2999); ++i) {
+      for (int i = lo; i <= std::min(hi, n - 1); ++i) {
         if (ColorDistance(c, p[i]) < best) best = ColorDistance(c, p[i]), want = i;
       }
-      ASSERT_EQ(search.SearchWindow(c, lo, hi), want) << c;
+      ASSERT_EQ(search.SearchWindow(c, lo, hi), want) << n << " " << c;
     }
   }
 }
@@ -120,6 +166,45 @@ TEST(Palettes, ReductionsAndGray) {
   image.setPixel(2, 0, qRgb(255, 255, 255));
   ConvertToMyColor(image, palettes, PixelMode::Gray4, keys);  // white: empty window, 0
   EXPECT_EQ(image.pixel(2, 0) & 0xFFFFFF, 0u);
+
+  // A large palette's search is kept between conversions; another palette is searched anew.
+  PaletteState large;
+  large.LargePalette = Sorted(PixelMode::Colors256);
+  QImage orange(1, 1, QImage::Format_RGB32);
+  for (const PixelMode mode : {PixelMode::Colors256, PixelMode::Colors4096, PixelMode::Colors256}) {
+    large.LargePalette = Sorted(mode);
+    orange.setPixel(0, 0, qRgb(250, 130, 10));
+    ConvertToNearestColor(orange, large, mode, keys);
+    // 3-bit red and green levels 255 and 146, blue 0 of 2 bits; 4-bit levels 255, 136, 17.
+    EXPECT_EQ(orange.pixel(0, 0) & 0xFFFFFF, mode == PixelMode::Colors256 ? 0xFF9200u : 0xFF8811u);
+  }
+}
+
+// In 256 colours the export converts a picture of more than 236 colours again, even when
+// they are all in the palette; up to 236 it leaves the picture alone. Runs of one colour and
+// colours seen before count once.
+TEST(Palettes, ExportReductionIn256ColoursCountsUpTo236Colours) {
+  PaletteState palettes;
+  palettes.LargePalette = Sorted(PixelMode::Colors256);
+  palettes.SmallPalette = palettes.LargePalette;
+  platform::NoKeyPoll keys;
+  for (const int colours : {1, 236, 237, 256}) {
+    // Each colour twice in a row and once more at the end of the picture.
+    QImage image(colours * 2 + colours, 1, QImage::Format_RGB32);
+    for (int i = 0; i < colours; ++i) {
+      const QRgb c = ToQRgb(palettes.LargePalette[std::size_t(i)]);
+      image.setPixel(2 * i, 0, c);
+      image.setPixel(2 * i + 1, 0, c);
+      image.setPixel(2 * colours + i, 0, c);
+    }
+    const QImage before = image.copy();
+    const ConversionStatus status = ReduceForExport(image, palettes, PixelMode::Colors256, keys);
+    EXPECT_EQ(status, colours > 236 ? ConversionStatus::Done : ConversionStatus::NoConversion)
+        << colours;
+    if (colours <= 236) {
+      EXPECT_EQ(image, before) << colours;
+    }
+  }
 }
 
 TEST(PaletteFiles, RoundTripsAndBadLinesNameFileAndLine) {
@@ -160,6 +245,44 @@ TEST(PaletteFiles, RoundTripsAndBadLinesNameFileAndLine) {
   ASSERT_FALSE(wrong);
   EXPECT_EQ(wrong.error().line, 3);
   EXPECT_FALSE(ParseColorList(QStringLiteral("A;FF0000"), ColorListKind::Hex, QString()));
+}
+
+// A file is read from its bytes, the usual lines quickly; it must give what the text parser
+// gives, colours or the fault with its line.
+TEST(PaletteFiles, ReadingAFileGivesWhatTheTextParserGives) {
+  QTemporaryDir dir;
+  const struct {
+    const char* text;
+    int entries;
+  } cases[] = {
+      {"$00000000\r\n$00ff0000\r\n $0000FFFF\t\r\n", 3},
+      {"0\n255\n 00016777215 \n", 3},
+      {"clRed\r\nWhite\n$FF\n", 0},
+      {"$1\n\n$2\n", 0},       // an empty line is no colour
+      {"$1\r\n$2\r", 2},       // a lone CR ends the text
+      {"$1\n$2\n", 3},         // too few lines
+      {"$1000000\n", 1},       // past 24 bits
+      {"$000000001\n", 1},     // nine digits
+      {"$0x12\n+5\n-5\n", 0},  // forms only the text parser knows, or refuses
+      {"99999999999999999999\n", 1},
+      {"$12\n12 34\n", 2},
+      {"", 0},
+  };
+  for (const auto& c : cases) {
+    const QString path = dir.path() + QStringLiteral("/p.pal");
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    file.write(c.text);
+    file.close();
+    const Result<Palette> read = ReadPaletteFile(path, c.entries);
+    const Result<Palette> parsed = ParsePaletteText(QString::fromUtf8(c.text), path, c.entries);
+    ASSERT_EQ(read.ok(), parsed.ok()) << c.text;
+    if (read.ok()) {
+      EXPECT_EQ(read.value(), parsed.value()) << c.text;
+    } else {
+      EXPECT_EQ(read.error().ToString(), parsed.error().ToString()) << c.text;
+    }
+  }
 }
 
 TEST(PaletteFiles, ModePaletteLoadsCustomThenDefaultAndRefusesABadFile) {

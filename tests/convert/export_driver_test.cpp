@@ -344,6 +344,7 @@ TEST_F(Export, TheArrayIsSavedUnderACleanedNameOnlyWithDnask) {
   ASSERT_EQ(saved.status, ExportStatus::Written);
   EXPECT_EQ(saved.ArrayName, QStringLiteral("mylogo"));
   EXPECT_EQ(saved.savedPath, OutFile("mylogo.h"));
+  EXPECT_EQ(state.text.Line(1), QStringLiteral("/* 14/03/2026 15:09:26 */"));  // the test clock
   EXPECT_EQ(vt::test::ReadAll(OutFile("mylogo.h")),
             state.text.Text(QStringLiteral("\r\n")).toUtf8());
   EXPECT_FALSE(state.text.Modified());

@@ -63,6 +63,11 @@ TEST(ReorderOutput, FixedExchangesMoveRedToTheHighBits) {
   EXPECT_EQ(Reorder65kOutput(0x0001, 13), 0x0800);  // 14 reaches 11-0 ... 14-3, not 15-4
   EXPECT_EQ(Reorder65kOutput(0x0010, 13), 0x0010);
   EXPECT_EQ(Reorder65kOutput(0x0008, 13), 0x4000);
+  // Each bit goes to its partner, in order, and bits outside the pairs stay: 15 to 4 and 0 to
+  // 11, 17 to 5 and 0 to 12 with bit 20 kept, 11 to 3 and 1 to 9.
+  EXPECT_EQ(Reorder65kOutput(0x8001), 0x0810);
+  EXPECT_EQ(Reorder262kOutput(0x120001), 0x101020);
+  EXPECT_EQ(Reorder4096Output(0x802), 0x208);
 }
 
 TEST(ReorderOutput, AnArrayWithDoreOnPassesEachByteThroughTheTable) {

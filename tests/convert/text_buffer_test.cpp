@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QTemporaryDir>
+#include <cstring>
 
 #include "support/temp_folders.h"
 
@@ -29,6 +30,22 @@ TEST(TextBuffer, LinesAreAddressedFromZeroAndEditedInPlace) {
   text.AddLine("x");
   text.AddLine("");
   EXPECT_EQ(text.Text("\r\n"), "x\r\n\r\n");
+}
+
+TEST(TextBuffer, LinesWrittenInPlaceOrCopiedFromItselfStayWholeAsTheBlockGrows) {
+  TextBuffer text;
+  text.AddLine(QString(1000, QLatin1Char('a')));
+  // Each copy of the last line doubles the text: the block moves while a line is copied from
+  // it; a line is also written straight into the room at the end.
+  for (int i = 0; i < 9; ++i) text.AddUtf8Line(text.Utf8Line(text.Count() - 1));
+  char* room = text.LineRoom(5);
+  std::memcpy(room, "x\xC3\xA9z", 4);  // "xez" with an accented e
+  text.AddWrittenLine(4);
+  text.ReplaceUtf8Line(3, text.Utf8Line(9));  // from a line after it
+  ASSERT_EQ(text.Count(), 11);
+  for (int i = 0; i < 10; ++i) EXPECT_EQ(text.Line(i), QString(1000, QLatin1Char('a'))) << i;
+  EXPECT_EQ(text.LastLine(), QString::fromUtf8("x\xC3\xA9z"));
+  EXPECT_TRUE(text.Text().endsWith(QStringLiteral("a\n") + QString::fromUtf8("x\xC3\xA9z\n")));
 }
 
 TEST(TextBuffer, ModifiedFlagFollowsChangesClearAndSave) {

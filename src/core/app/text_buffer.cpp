@@ -1,63 +1,181 @@
 // SPDX-License-Identifier: MIT
 #include "app/text_buffer.h"
 
-#include <QRegularExpression>
+#include <cstring>
+#include <string>
 
 #include "util/atomic_write.h"
 
 namespace vt::app {
 
-void TextBuffer::Clear() {
-  lines_.clear();
-  modified_ = false;
+void TextBuffer::Block::reserve(std::size_t size) {
+  if (size <= capacity_) return;
+  std::size_t capacity = std::max<std::size_t>(capacity_ * 2, 4096);
+  while (capacity < size) capacity *= 2;
+  std::unique_ptr<char[]> data(new char[capacity]);
+  if (size_ > 0) std::memcpy(data.get(), data_.get(), size_);
+  data_ = std::move(data);
+  capacity_ = capacity;
 }
 
-void TextBuffer::AddLine(const QString& line) {
-  lines_.append(line);
+void TextBuffer::Block::append(std::string_view bytes) {
+  reserve(size_ + bytes.size());
+  if (!bytes.empty()) std::memcpy(data_.get() + size_, bytes.data(), bytes.size());
+  size_ += bytes.size();
+}
+
+TextBuffer::Span TextBuffer::Append(std::string_view line) {
+  const Span span{block_.size(), static_cast<std::uint32_t>(line.size())};
+  const bool inside = block_.size() > 0 && line.data() >= block_.data() &&
+                      line.data() < block_.data() + block_.size();
+  if (inside) {
+    const std::string copy(line);  // the block may move as it grows
+    block_.append(copy);
+  } else {
+    block_.append(line);
+  }
+  block_.append("\n");
+  return span;
+}
+
+char* TextBuffer::LineRoom(std::size_t bytes) {
+  block_.reserve(block_.size() + bytes + 1);
+  return block_.data() + block_.size();
+}
+
+void TextBuffer::AddWrittenLine(std::size_t length) {
+  const Span span{block_.size(), static_cast<std::uint32_t>(length)};
+  block_.grow(length);
+  block_.append("\n");
+  lines_.push_back(span);
   modified_ = true;
 }
 
-QString TextBuffer::Line(int index) const {
-  if (index < 0 || index >= lines_.size()) return {};
-  return lines_[index];
+void TextBuffer::Clear() {
+  block_.clear();
+  lines_.clear();
+  unused_ = 0;
+  inOrder_ = true;
+  modified_ = false;
 }
 
-QString TextBuffer::LastLine() const { return lines_.isEmpty() ? QString() : lines_.last(); }
+namespace {
+std::string_view View(const QByteArray& bytes) {
+  return {bytes.constData(), static_cast<std::size_t>(bytes.size())};
+}
+}  // namespace
+
+void TextBuffer::AddLine(const QString& line) { AddUtf8Line(View(line.toUtf8())); }
+
+void TextBuffer::AddUtf8Line(std::string_view line) {
+  lines_.push_back(Append(line));
+  modified_ = true;
+}
+
+std::string_view TextBuffer::Utf8Line(int index) const {
+  if (index < 0 || index >= Count()) return {};
+  const Span& span = lines_[static_cast<std::size_t>(index)];
+  return std::string_view(block_.data() + span.offset, span.length);
+}
+
+QString TextBuffer::Line(int index) const {
+  const std::string_view line = Utf8Line(index);
+  return QString::fromUtf8(line.data(), static_cast<qsizetype>(line.size()));
+}
+
+QString TextBuffer::LastLine() const { return Line(Count() - 1); }
+
+QStringList TextBuffer::Lines() const {
+  QStringList lines;
+  lines.reserve(Count());
+  for (int i = 0; i < Count(); ++i) lines.append(Line(i));
+  return lines;
+}
+
+void TextBuffer::Reserve(std::size_t bytes, std::size_t lines) {
+  block_.reserve(block_.size() + bytes);
+  lines_.reserve(lines_.size() + lines);
+}
 
 void TextBuffer::ReplaceLine(int index, const QString& line) {
+  ReplaceUtf8Line(index, View(line.toUtf8()));
+}
+
+void TextBuffer::ReplaceUtf8Line(int index, std::string_view line) {
   if (index < 0) return;
-  if (index >= lines_.size()) {
-    lines_.append(line);
+  if (index >= Count()) {
+    AddUtf8Line(line);
+    return;
+  }
+  Span& span = lines_[static_cast<std::size_t>(index)];
+  if (span.offset + span.length + 1 == block_.size()) {
+    // The line ends the block: it is rewritten where it stands.
+    const std::string copy(line);  // `line` may point into the line it replaces
+    block_.truncate(span.offset);
+    span = Append(copy);
   } else {
-    lines_[index] = line;
+    unused_ += span.length + 1;
+    inOrder_ = inOrder_ && index == Count() - 1;
+    span = Append(line);
   }
   modified_ = true;
 }
 
 void TextBuffer::DeleteLine(int index) {
-  if (index < 0 || index >= lines_.size()) return;
-  lines_.removeAt(index);
+  if (index < 0 || index >= Count()) return;
+  const Span span = lines_[static_cast<std::size_t>(index)];
+  if (span.offset + span.length + 1 == block_.size()) {
+    block_.truncate(span.offset);
+  } else {
+    unused_ += span.length + 1;
+  }
+  lines_.erase(lines_.begin() + index);
   modified_ = true;
 }
 
-QString TextBuffer::Text(const QString& lineBreak) const {
-  QString text;
-  for (const QString& line : lines_) {
-    text += line;
-    text += lineBreak;
+QByteArray TextBuffer::Utf8Text(std::string_view lineBreak) const {
+  if (Contiguous() && lineBreak == "\n") {
+    return QByteArray(block_.data(), static_cast<qsizetype>(block_.size()));
+  }
+  std::size_t size = 0;
+  for (const Span& span : lines_) size += span.length + lineBreak.size();
+  QByteArray text;
+  text.reserve(static_cast<qsizetype>(size));
+  for (const Span& span : lines_) {
+    text.append(block_.data() + span.offset, span.length);
+    text.append(lineBreak.data(), static_cast<qsizetype>(lineBreak.size()));
   }
   return text;
 }
 
+QString TextBuffer::Text(const QString& lineBreak) const {
+  return QString::fromUtf8(Utf8Text(View(lineBreak.toUtf8())));
+}
+
 void TextBuffer::SetText(const QString& text) {
-  lines_ = text.split(QRegularExpression(QStringLiteral("\r\n|\n|\r")));
-  if (!lines_.isEmpty() && lines_.last().isEmpty()) lines_.removeLast();
+  Clear();
+  const QByteArray bytes = text.toUtf8();
+  const char* p = bytes.constData();
+  const char* const end = p + bytes.size();
+  block_.reserve(static_cast<std::size_t>(bytes.size()) + 1);
+  // Lines end at CR LF, LF or a lone CR; a final break starts no further line.
+  while (p < end) {
+    const char* q = p;
+    while (q < end && *q != '\n' && *q != '\r') ++q;
+    lines_.push_back(Append(std::string_view(p, static_cast<std::size_t>(q - p))));
+    if (q < end && *q == '\r' && q + 1 < end && q[1] == '\n') ++q;
+    p = q + 1;
+  }
   modified_ = true;
 }
 
 Result<bool> TextBuffer::SaveToFile(const QString& path, bool crlf) const {
-  const QString text = Text(crlf ? QStringLiteral("\r\n") : QStringLiteral("\n"));
-  Result<bool> written = WriteFileAtomically(path, text.toUtf8());
+  // Lines only added: the block is the file, written without a copy.
+  const QByteArray text =
+      Contiguous() && !crlf
+          ? QByteArray::fromRawData(block_.data(), static_cast<qsizetype>(block_.size()))
+          : Utf8Text(crlf ? "\r\n" : "\n");
+  Result<bool> written = WriteFileAtomically(path, text);
   if (written.ok()) modified_ = false;
   return written;
 }

@@ -3,9 +3,9 @@
 
 // The user's commands on the canvas stores: undo, redo, paste, discard, the Transfer Layer and
 // clear. Each logs its status lines through the state's log, asks through the message
-// routines; whether a layer is floating is the canvas's own to say (app::SelectionPending). A failure is
-// caught, counted as a handled exception and shown in the status bar with the command's fixed
-// error text; the state stays as it was. The callers skip undo, redo and the original reload
+// routines; whether a layer is floating is the canvas's own to say (app::SelectionPending). A
+// failure is caught, counted as a handled exception and shown in the status bar with the command's
+// fixed error text; the state stays as it was. The callers skip undo, redo and the original reload
 // while an animation plays, and update the LCD viewer after a push or a restore.
 
 #include <QImage>

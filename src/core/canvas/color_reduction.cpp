@@ -88,11 +88,34 @@ QImage AsRgb32(const QImage& image) {
 
 /// Distinct colours of `image`, counting stops above `limit`; one bit per colour value.
 int DistinctColors(const QImage& image, int limit) {
-  std::vector<std::uint64_t> seen(std::size_t(1) << 18, 0);
+  const int width = image.width(), height = image.height();
   int count = 0;
-  for (int y = 0; y < image.height(); ++y) {
+  if (limit < 4096) {
+    // Few colours to tell apart: a small set, open addressing, never more than half full.
+    std::size_t size = 64;
+    while (size < std::size_t(limit + 1) * 2) size *= 2;
+    std::vector<std::uint32_t> slots(size, 0xFFFFFFFFu);
+    const std::size_t mask = size - 1;
+    Color last = 0xFFFFFFFFu;
+    for (int y = 0; y < height; ++y) {
+      const QRgb* row = reinterpret_cast<const QRgb*>(image.constScanLine(y));
+      for (int x = 0; x < width; ++x) {
+        const Color c = row[x] & 0x00FFFFFFu;
+        if (c == last) continue;
+        last = c;
+        std::size_t i = (c * 0x9E3779B1u) & mask;
+        while (slots[i] != 0xFFFFFFFFu && slots[i] != c) i = (i + 1) & mask;
+        if (slots[i] == c) continue;
+        slots[i] = c;
+        if (++count > limit) return count;
+      }
+    }
+    return count;
+  }
+  std::vector<std::uint64_t> seen(std::size_t(1) << 18, 0);
+  for (int y = 0; y < height; ++y) {
     const QRgb* row = reinterpret_cast<const QRgb*>(image.constScanLine(y));
-    for (int x = 0; x < image.width(); ++x) {
+    for (int x = 0; x < width; ++x) {
       const Color c = row[x] & 0x00FFFFFFu;
       std::uint64_t& word = seen[c >> 6];
       const std::uint64_t bit = std::uint64_t{1} << (c & 63);
@@ -229,7 +252,8 @@ ConversionStatus ConvertToNearestColor(QImage& image, PaletteState& palettes, Pi
     const Palette& small = palettes.SmallPalette;
     return MapPixels(image, escape, [&](Color c) { return NearestSmallColor(c, small); });
   }
-  NearestColorSearch search(palettes.LargePalette);
+  NearestColorSearch& search = palettes.nearest.For(palettes.LargePalette);
+  search.ClearLastIndex();
   const ConversionStatus status =
       MapPixels(image, escape, [&](Color c) { return search.NearestColor(c); });
   palettes.lastIndex = search.LastIndex();
@@ -239,8 +263,7 @@ ConversionStatus ConvertToNearestColor(QImage& image, PaletteState& palettes, Pi
 ConversionStatus ConvertToMyColor(QImage& image, const PaletteState& palettes, PixelMode mode,
                                   platform::KeyPoll& escape) {
   if (HasNoConversion(mode) || palettes.Colors().empty()) return ConversionStatus::NoConversion;
-  const Palette copy = palettes.Colors();
-  NearestColorSearch search(copy);
+  NearestColorSearch search(palettes.Colors());
   return MapPixels(image, escape,
                    [&](Color c) { return c == 0 ? Color(0) : search.NearestColorKill(c); });
 }
@@ -274,16 +297,46 @@ void DoGrayscale(QImage& image) {
   }
 }
 
-long long CountUnknownColors(const QImage& image, const Palette& palette) {
-  const ColorIndexer index(palette);
-  long long unknown = 0;
-  for (int y = 0; y < image.height(); ++y) {
-    const QRgb* row = reinterpret_cast<const QRgb*>(image.constScanLine(y));
-    for (int x = 0; x < image.width(); ++x) {
-      if (!index.IndexOf(FromQRgb(row[x]))) ++unknown;
+namespace {
+
+/// Calls `unknown()` for each pixel whose colour `palette` lacks, row by row, until it
+/// returns false. Runs of one colour are looked up once.
+template <typename Unknown>
+void ForEachUnknown(const QImage& image, const ColorIndexer& palette, Unknown unknown) {
+  const QImage& rgb = image;
+  QRgb last = 0;
+  bool lastKnown = false;
+  bool started = false;
+  const int width = rgb.width(), height = rgb.height();
+  for (int y = 0; y < height; ++y) {
+    const QRgb* row = reinterpret_cast<const QRgb*>(rgb.constScanLine(y));
+    for (int x = 0; x < width; ++x) {
+      if (!started || row[x] != last) {
+        started = true;
+        last = row[x];
+        lastKnown = palette.Find(FromQRgb(last)) >= 0;
+      }
+      if (!lastKnown && !unknown()) return;
     }
   }
+}
+
+}  // namespace
+
+long long CountUnknownColors(const QImage& image, const Palette& palette) {
+  return CountUnknownColors(image, ColorIndexer(palette));
+}
+
+long long CountUnknownColors(const QImage& image, const ColorIndexer& palette) {
+  long long unknown = 0;
+  ForEachUnknown(image, palette, [&] { return ++unknown, true; });
   return unknown;
+}
+
+bool HasUnknownColor(const QImage& image, const ColorIndexer& palette) {
+  bool found = false;
+  ForEachUnknown(image, palette, [&] { return found = true, false; });
+  return found;
 }
 
 void ReduceLikeLoading(QImage& image, PaletteState& palettes, PixelMode mode,
@@ -301,7 +354,7 @@ ConversionStatus ReduceForExport(QImage& image, PaletteState& palettes, PixelMod
                                  platform::KeyPoll& escape) {
   if (HasNoConversion(mode) || palettes.Colors().empty()) return ConversionStatus::NoConversion;
   ConversionStatus status = ConversionStatus::NoConversion;
-  if (CountUnknownColors(image, palettes.Colors()) > 0) {
+  if (HasUnknownColor(image, *palettes.index.For(palettes.Colors()))) {
     status = ConvertToNearestColor(image, palettes, mode, escape);
     if (status == ConversionStatus::Interrupted) return status;
   }

@@ -66,6 +66,10 @@ ConversionStatus ConvertToMyColor(QImage& image, const PaletteState& palettes,
 void DoGrayscale(QImage& image);
 /// Number of pixels whose colour is not in `palette`.
 long long CountUnknownColors(const QImage& image, const Palette& palette);
+/// The same through an index of the palette.
+long long CountUnknownColors(const QImage& image, const ColorIndexer& palette);
+/// Whether some pixel's colour is not in the indexed palette; stops at the first.
+bool HasUnknownColor(const QImage& image, const ColorIndexer& palette);
 
 /// Number of distinct colours of a picture; the count stops above `limit`.
 int CountPictureColors(const QImage& image, int limit = 1 << 24);

@@ -101,6 +101,12 @@ Result<DecodedGraphic> DecodeGraphicBytes(const QByteArray& bytes, const QString
   buffer.setData(bytes);
   buffer.open(QIODevice::ReadOnly);
   QImageReader reader(&buffer);
+  // PNG and BMP are read by Qt's own handlers: named by their signature, the reader goes
+  // straight to them instead of loading every format plugin to ask it first.
+  if (bytes.startsWith("\x89PNG\r\n\x1a\n") || bytes.startsWith("BM")) {
+    reader.setFormat(bytes.startsWith("BM") ? "bmp" : "png");
+    reader.setAutoDetectImageFormat(false);
+  }
   // Limits are checked on the header before any pixel is read, so an enormous or hostile
   // header costs nothing.
   if (TooLarge(reader.size())) {

@@ -3,6 +3,9 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <cstring>
+#include <utility>
+#include <vector>
 
 #include "util/atomic_write.h"
 
@@ -35,7 +38,7 @@ QStringList LinesOf(const QString& text) {
   return lines;
 }
 
-Result<QString> ReadText(const QString& path) {
+Result<QByteArray> ReadBytes(const QString& path) {
   QFile file(path);
   if (!file.open(QIODevice::ReadOnly)) {
     return Error{Error::Kind::Io, path, 0, 0, file.errorString()};
@@ -44,7 +47,42 @@ Result<QString> ReadText(const QString& path) {
   if (file.size() > 64 * 1024 * 1024) {
     return Error{Error::Kind::Limit, path, 0, 0, QStringLiteral("file too large for a palette")};
   }
-  return QString::fromUtf8(file.readAll());
+  return file.readAll();
+}
+
+bool IsBlank(char c) {
+  return c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == '\v' || c == '\f';
+}
+
+/// The colour of a line in the forms palette files are written in, "$" and one to eight
+/// hexadecimal digits or decimal digits, blanks around; as ParseColorText reads them. Empty
+/// when the line has another form: ParseColorText then reads it.
+std::optional<std::optional<Color>> QuickColor(const char* p, const char* end) {
+  while (p < end && IsBlank(*p)) ++p;
+  while (end > p && IsBlank(end[-1])) --end;
+  if (p == end) return std::nullopt;
+  std::uint64_t value = 0;
+  if (*p == '$') {
+    ++p;
+    if (p == end || end - p > 8) return std::nullopt;
+    for (; p < end; ++p) {
+      const char c = *p;
+      const int digit = c >= '0' && c <= '9'   ? c - '0'
+                        : c >= 'A' && c <= 'F' ? c - 'A' + 10
+                        : c >= 'a' && c <= 'f' ? c - 'a' + 10
+                                               : -1;
+      if (digit < 0) return std::nullopt;
+      value = value * 16 + std::uint64_t(digit);
+    }
+  } else {
+    if (end - p > 18) return std::nullopt;
+    for (; p < end; ++p) {
+      if (*p < '0' || *p > '9') return std::nullopt;
+      value = value * 10 + std::uint64_t(*p - '0');
+    }
+  }
+  if (value > 0xFFFFFF) return std::optional<Color>();
+  return std::optional<Color>(static_cast<Color>(value));
 }
 
 std::optional<int> Channel(const QString& text) {
@@ -97,9 +135,37 @@ Result<Palette> ParsePaletteText(const QString& text, const QString& path, int e
 }
 
 Result<Palette> ReadPaletteFile(const QString& path, int entries) {
-  Result<QString> text = ReadText(path);
-  if (!text) return text.error();
-  return ParsePaletteText(text.value(), path, entries);
+  Result<QByteArray> read = ReadBytes(path);
+  if (!read) return read.error();
+  // The lines as ParsePaletteText cuts them (at LF, a CR before it dropped; nothing after a
+  // final break), read from the bytes; a line of another form than the written ones goes
+  // through ParseColorText, and any fault through ParsePaletteText for its message.
+  const QByteArray& bytes = read.value();
+  const char* p = bytes.constData();
+  const char* const end = p + bytes.size();
+  std::vector<std::pair<const char*, const char*>> lines;
+  lines.reserve(entries > 0 ? std::size_t(entries) : 256);
+  while (p < end) {
+    const char* q = static_cast<const char*>(std::memchr(p, '\n', std::size_t(end - p)));
+    if (q == nullptr) q = end;
+    const char* lineEnd = (q < end && q > p && q[-1] == '\r') ? q - 1 : q;
+    lines.emplace_back(p, lineEnd);
+    p = q + 1;
+  }
+  if (entries > 0 && qsizetype(lines.size()) != entries) {
+    return ParsePaletteText(QString::fromUtf8(bytes), path, entries);
+  }
+  Palette palette;
+  palette.reserve(lines.size());
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    const auto [from, to] = lines[i];
+    std::optional<std::optional<Color>> quick = QuickColor(from, to);
+    std::optional<Color> c = quick ? *quick : std::optional<Color>();
+    if (!quick) c = ParseColorText(QString::fromUtf8(from, qsizetype(to - from)));
+    if (!c) return ParsePaletteText(QString::fromUtf8(bytes), path, entries);
+    palette.push_back(*c);
+  }
+  return palette;
 }
 
 QByteArray PaletteFileText(const Palette& palette) {
@@ -176,9 +242,9 @@ Result<std::vector<ColorListEntry>> ReadColorList(const QString& path) {
     return Error{Error::Kind::Refused, path, 0, 0,
                  QStringLiteral("a colour list is a .csvh or .csvrgb file")};
   }
-  Result<QString> text = ReadText(path);
-  if (!text) return text.error();
-  return ParseColorList(text.value(), *kind, path);
+  Result<QByteArray> bytes = ReadBytes(path);
+  if (!bytes) return bytes.error();
+  return ParseColorList(QString::fromUtf8(bytes.value()), *kind, path);
 }
 
 QByteArray ColorListText(const std::vector<ColorListEntry>& entries, ColorListKind kind) {

@@ -2,6 +2,7 @@
 #include "canvas/palettes.h"
 
 #include <algorithm>
+#include <array>
 #include <limits>
 
 namespace vt::canvas {
@@ -21,15 +22,21 @@ int Widen(int v, int bits) {
 
 Color Rgb(int r, int g, int b) { return Color(r) | (Color(g) << 8) | (Color(b) << 16); }
 
+/// The widened values of the levels of a channel of `bits` bits.
+std::vector<Color> Levels(int bits) {
+  std::vector<Color> levels(std::size_t(1) << bits);
+  for (int v = 0; v < int(levels.size()); ++v) levels[std::size_t(v)] = Color(Widen(v, bits));
+  return levels;
+}
+
 /// Every colour of rR gG bB bits, red varying fastest.
 Palette EveryColor(int rBits, int gBits, int bBits) {
+  const std::vector<Color> red = Levels(rBits), green = Levels(gBits), blue = Levels(bBits);
   Palette p;
   p.reserve(std::size_t(1) << (rBits + gBits + bBits));
-  for (int b = 0; b < (1 << bBits); ++b) {
-    for (int g = 0; g < (1 << gBits); ++g) {
-      for (int r = 0; r < (1 << rBits); ++r) {
-        p.push_back(Rgb(Widen(r, rBits), Widen(g, gBits), Widen(b, bBits)));
-      }
+  for (const Color b : blue) {
+    for (const Color g : green) {
+      for (const Color r : red) p.push_back(r | (g << 8) | (b << 16));
     }
   }
   return p;
@@ -45,6 +52,26 @@ Palette Grays(int bits) {
 }
 
 }  // namespace
+
+std::optional<std::array<int, 3>> GridBitsOf(std::span<const Color> table) {
+  // The built-in large palettes, sorted: 256, 4096, 65536 and 262144 colours.
+  for (const std::array<int, 3> bits : {std::to_array({3, 3, 2}), std::to_array({4, 4, 4}),
+                                        std::to_array({5, 6, 5}), std::to_array({6, 6, 6})}) {
+    if (table.size() != (std::size_t(1) << (bits[0] + bits[1] + bits[2]))) continue;
+    const std::vector<Color> red = Levels(bits[0]), green = Levels(bits[1]), blue = Levels(bits[2]);
+    std::size_t i = 0;
+    for (const Color b : blue) {
+      for (const Color g : green) {
+        const Color high = (g << 8) | (b << 16);
+        for (const Color r : red) {
+          if (table[i++] != (high | r)) return std::nullopt;
+        }
+      }
+    }
+    return bits;
+  }
+  return std::nullopt;
+}
 
 PaletteInfo PaletteInfoOf(PixelMode mode) {
   switch (mode) {
@@ -128,7 +155,9 @@ Palette DefaultPalette(PixelMode mode) {
   }
 }
 
-void SortPalette(Palette& palette) { std::sort(palette.begin(), palette.end()); }
+void SortPalette(Palette& palette) {
+  if (!std::is_sorted(palette.begin(), palette.end())) std::sort(palette.begin(), palette.end());
+}
 
 Palette SearchTable(PixelMode mode, const Palette& palette) {
   Palette table = palette;
@@ -145,58 +174,51 @@ Palette DefaultSearchTable(PixelMode mode) {
 
 // ---- Index of a search table ----------------------------------------------------------------
 
-ColorIndexer::ColorIndexer(std::span<const Color> table) : table_(table) {
-  int n = 1;
-  while (n < int(table.size()) && table[n - 1] <= table[n]) ++n;
-  sortedPrefix_ = std::min<int>(n, int(table.size()));
-  // A table sorted but for a few slots at its end (the black slot) is searched by halves and
-  // then directly; any other goes through its pairs.
-  if (int(table.size()) - sortedPrefix_ > 1) {
-    sortedPrefix_ = 0;
-    for (int i = 0; i < int(table.size()); ++i) pairs_.emplace_back(table[i], i);
-    std::stable_sort(pairs_.begin(), pairs_.end(),
-                     [](const auto& a, const auto& b) { return a.first < b.first; });
-  } else if (sortedPrefix_ > 4096 && table_[sortedPrefix_ - 1] <= 0xFFFFFF) {
-    starts_.resize(0x10001);
-    int i = 0;
-    for (int k = 0; k <= 0x10000; ++k) {
-      while (i < sortedPrefix_ && (table_[i] >> 8) < Color(k)) ++i;
-      starts_[k] = i;
+bool ColorIndexer::TakeGrid(std::span<const Color> table) {
+  const std::optional<std::array<int, 3>> bits = GridBitsOf(table);
+  if (!bits) return false;
+  for (int channel = 0; channel < 3; ++channel) {
+    std::fill(std::begin(channels_[channel]), std::end(channels_[channel]), std::int16_t(-1));
+    for (int v = 0; v < (1 << (*bits)[channel]); ++v) {
+      channels_[channel][Widen(v, (*bits)[channel])] = std::int16_t(v);
     }
+  }
+  shiftGreen_ = (*bits)[0];
+  shiftBlue_ = (*bits)[0] + (*bits)[1];
+  grid_ = true;
+  return true;
+}
+
+ColorIndexer::ColorIndexer(std::span<const Color> table) : size_(int(table.size())) {
+  if (TakeGrid(table)) return;
+  std::size_t capacity = 16;
+  int bits = 4;
+  while (capacity < table.size() + table.size() / 3 + 1) capacity *= 2, ++bits;
+  slots_.assign(capacity, kEmpty);
+  mask_ = capacity - 1;
+  shift_ = 64 - bits;
+  for (std::size_t index = 0; index < table.size(); ++index) {
+    const Color c = table[index];
+    std::size_t i = Slot(c);
+    while (slots_[i] != kEmpty && Color(slots_[i] >> 32) != c) i = (i + 1) & mask_;
+    // The first entry of a colour keeps its slot: the answer of a linear search.
+    if (slots_[i] == kEmpty) slots_[i] = (std::uint64_t(c) << 32) | std::uint64_t(index);
   }
 }
 
-std::optional<int> ColorIndexer::IndexOf(std::int64_t color) const {
-  if (color == lastColor_) return lastIndex_;
-  std::optional<int> found;
-  if (color >= 0 && color <= 0xFFFFFFFF) {
-    const Color c = static_cast<Color>(color);
-    if (!pairs_.empty()) {
-      const auto it = std::lower_bound(pairs_.begin(), pairs_.end(), c,
-                                       [](const auto& a, Color v) { return a.first < v; });
-      if (it != pairs_.end() && it->first == c) found = it->second;
-    } else {
-      auto begin = table_.begin(), end = table_.begin() + sortedPrefix_;
-      if (!starts_.empty() && c <= 0xFFFFFF) {
-        end = table_.begin() + starts_[(c >> 8) + 1];
-        begin = table_.begin() + starts_[c >> 8];
-      }
-      const auto it = std::lower_bound(begin, end, c);
-      if (it != end && *it == c) {
-        found = int(it - table_.begin());
-      } else {
-        for (int i = sortedPrefix_; i < int(table_.size()); ++i) {
-          if (table_[i] == c) {
-            found = i;
-            break;
-          }
-        }
-      }
-    }
+NearestColorSearch& NearestSearchCache::For(const Palette& sortedPalette) {
+  if (!search_ || search_->Colors() != sortedPalette) {
+    search_ = std::make_shared<NearestColorSearch>(sortedPalette);
   }
-  lastColor_ = color;
-  lastIndex_ = found;
-  return found;
+  return *search_;
+}
+
+std::shared_ptr<const ColorIndexer> PaletteIndexCache::For(const Palette& palette) {
+  if (!index_ || indexed_ != palette) {
+    index_ = std::make_shared<const ColorIndexer>(palette);
+    indexed_ = palette;
+  }
+  return index_;
 }
 
 // ---- Nearest colour ---------------------------------------------------------------------------
@@ -221,7 +243,27 @@ int Gap(int v, int cell) {
 }
 }  // namespace
 
-NearestColorSearch::NearestColorSearch(const Palette& sortedPalette) : p_(sortedPalette) {}
+NearestColorSearch::NearestColorSearch(Palette sortedPalette) : p_(std::move(sortedPalette)) {
+  const std::optional<std::array<int, 3>> bits = GridBitsOf(p_);
+  if (!bits) return;
+  // Distances add up channel by channel: on a grid the nearest colour is the nearest level of
+  // each channel, the lowest level where two are as near (which gives the lowest index).
+  for (int channel = 0; channel < 3; ++channel) {
+    const std::vector<Color> levels = Levels((*bits)[channel]);
+    // The nearest level only rises with the value: move on while the next is nearer.
+    std::size_t best = 0;
+    for (int v = 0; v < 256; ++v) {
+      while (best + 1 < levels.size() &&
+             std::abs(int(levels[best + 1]) - v) < std::abs(int(levels[best]) - v)) {
+        ++best;
+      }
+      nearestLevel_[channel][v] = std::int16_t(best);
+    }
+  }
+  shiftGreen_ = (*bits)[0];
+  shiftBlue_ = (*bits)[0] + (*bits)[1];
+  grid_ = true;
+}
 
 NearestColorSearch::~NearestColorSearch() = default;
 
@@ -247,6 +289,17 @@ int NearestColorSearch::SearchWindow(Color c, int lo, int hi) {
   lo = std::max(lo, 0);
   hi = std::min(hi, int(p_.size()) - 1);
   if (lo > hi) return -1;
+  if (grid_) {
+    // The window lies in the box of all colours whose blue level is between those of its
+    // ends. Distances add up channel by channel, so the box's nearest colour is the nearest
+    // level of each channel, blue kept inside the box; when the window holds it, it is the
+    // window's nearest too.
+    const int blue =
+        std::clamp(int(nearestLevel_[2][(c >> 16) & 0xFF]), lo >> shiftBlue_, hi >> shiftBlue_);
+    const int i = (blue << shiftBlue_) | (nearestLevel_[1][(c >> 8) & 0xFF] << shiftGreen_) |
+                  nearestLevel_[0][c & 0xFF];
+    if (i >= lo && i <= hi) return i;
+  }
   // A short window is scanned; a long one is looked up through its grid.
   if (hi - lo < 256) {
     int best = std::numeric_limits<int>::max(), bestIndex = -1;

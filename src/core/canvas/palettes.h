@@ -5,6 +5,7 @@
 // default palettes, the search tables of the packers and the nearest-colour rule.
 
 #include <QString>
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -57,23 +58,66 @@ Palette SearchTable(settings::PixelMode mode, const Palette& palette);
 /// The search table of `mode` over its built-in palette (sorted when large).
 Palette DefaultSearchTable(settings::PixelMode mode);
 
+/// The bits of red, green and blue when `table` is every colour of those bits in ascending
+/// order (the built-in palettes of 256 colours and more, sorted); none for any other table.
+std::optional<std::array<int, 3>> GridBitsOf(std::span<const Color> table);
+
 /// Index of a colour in a search table, equal to the first match of a linear search from
-/// entry 0: a sorted table is searched by halves, any other through a sorted copy of its
-/// (colour, first index) pairs. The last answer is remembered, so runs of one colour are free.
+/// entry 0: a hash of (colour, first index) pairs, open addressing over a power-of-two table
+/// at most three quarters full. A table that is every colour of some bits per channel in
+/// ascending order (the built-in large palettes, sorted) needs no hash: the index is made of
+/// the channels' own indexes. It keeps no reference to the table it was built from.
 class ColorIndexer {
  public:
   explicit ColorIndexer(std::span<const Color> table);
-  std::optional<int> IndexOf(std::int64_t color) const;
-  int size() const { return static_cast<int>(table_.size()); }
+  std::optional<int> IndexOf(std::int64_t color) const {
+    if (color < 0 || color > 0xFFFFFFFF) return std::nullopt;
+    const int i = Find(static_cast<Color>(color));
+    return i < 0 ? std::nullopt : std::optional<int>(i);
+  }
+  /// The first index of `c`, or -1 when the table does not hold it.
+  int Find(Color c) const {
+    if (grid_) {
+      const int r = channels_[0][c & 0xFF], g = channels_[1][(c >> 8) & 0xFF],
+                b = channels_[2][(c >> 16) & 0xFF];
+      if ((r | g | b) < 0 || c > 0xFFFFFF) return -1;
+      return (b << shiftBlue_) | (g << shiftGreen_) | r;
+    }
+    std::size_t i = Slot(c);
+    for (;;) {
+      const std::uint64_t s = slots_[i];
+      if (s == kEmpty) return -1;
+      if (Color(s >> 32) == c) return static_cast<int>(s & 0xFFFFFFFFu);
+      i = (i + 1) & mask_;
+    }
+  }
+  int size() const { return size_; }
 
  private:
-  std::span<const Color> table_;
-  int sortedPrefix_ = 0;  // entries [0, sortedPrefix_) ascending; the rest searched directly
-  std::vector<std::pair<Color, int>> pairs_;  // used when the table is not sorted
-  // Large sorted tables: where the entries of each value of bits 8..23 begin.
-  std::vector<int> starts_;
-  mutable std::int64_t lastColor_ = -2;
-  mutable std::optional<int> lastIndex_;
+  static constexpr std::uint64_t kEmpty = ~std::uint64_t{0};
+  /// Whether the table is a grid (see GridBitsOf); sets up the channel indexes when it is.
+  bool TakeGrid(std::span<const Color> table);
+  std::size_t Slot(Color c) const {
+    return static_cast<std::size_t>((std::uint64_t(c) * 0x9E3779B97F4A7C15ull) >> shift_);
+  }
+  std::vector<std::uint64_t> slots_;
+  std::size_t mask_ = 0;
+  int shift_ = 63;
+  int size_ = 0;
+  bool grid_ = false;
+  std::int16_t channels_[3][256] = {};  // a channel value's index, or -1 (grid tables)
+  int shiftGreen_ = 0, shiftBlue_ = 0;
+};
+
+/// The index of a palette kept between exports: built again only when the palette differs
+/// from the one it was built for (compared entry by entry, far cheaper than a build).
+class PaletteIndexCache {
+ public:
+  std::shared_ptr<const ColorIndexer> For(const Palette& palette);
+
+ private:
+  Palette indexed_;
+  std::shared_ptr<const ColorIndexer> index_;
 };
 
 /// The nearest-colour rule of the large palettes, on a sorted palette P of n entries.
@@ -85,7 +129,10 @@ class ColorIndexer {
 /// with answers identical to a scan of the window.
 class NearestColorSearch {
  public:
-  explicit NearestColorSearch(const Palette& sortedPalette);
+  /// Searches a copy of `sortedPalette`.
+  explicit NearestColorSearch(Palette sortedPalette);
+  /// The palette searched.
+  const Palette& Colors() const { return p_; }
   ~NearestColorSearch();
   NearestColorSearch(const NearestColorSearch&) = delete;
   NearestColorSearch& operator=(const NearestColorSearch&) = delete;
@@ -95,8 +142,10 @@ class NearestColorSearch {
   Color NearestColor(Color c);
   /// The plain form of the map conversion; an empty window gives 0.
   Color NearestColorKill(Color c);
-  /// Index of the last answer of NearestColor (for the status bar).
+  /// Index of the last answer of NearestColor (for the status bar); 0 before any.
   int LastIndex() const { return lastIndex_; }
+  /// Forgets the last answer, as a new search starts.
+  void ClearLastIndex() { lastIndex_ = 0; }
 
   /// The index of the nearest entry in [lo, hi] (inclusive), or -1 when the window is empty.
   int SearchWindow(Color c, int lo, int hi);
@@ -105,9 +154,22 @@ class NearestColorSearch {
   struct Grid;
   Grid& GridFor(int lo, int hi);
 
-  const Palette& p_;
+  const Palette p_;
   std::vector<std::unique_ptr<Grid>> grids_;
   int lastIndex_ = 0;
+  bool grid_ = false;  // the palette is a grid: the nearest level of each channel
+  std::int16_t nearestLevel_[3][256] = {};
+  int shiftGreen_ = 0, shiftBlue_ = 0;
+};
+
+/// The nearest-colour search of a palette kept between conversions, with the cell grids it
+/// built: made again only when the palette differs from the one it searches.
+class NearestSearchCache {
+ public:
+  NearestColorSearch& For(const Palette& sortedPalette);
+
+ private:
+  std::shared_ptr<NearestColorSearch> search_;
 };
 
 /// The nearest entry of a small palette, the whole palette searched, the first of equal
@@ -133,6 +195,10 @@ struct PaletteState {
   bool custom = false;  ///< "Current Palette is Custom"
   QString caption;      ///< "Current Palette is Default" or "... Custom"
   int lastIndex = 0;    ///< index of the last nearest colour, for the status bar
+  /// The index of Colors() for colour searches; a cache, rebuilt when the palette changes.
+  mutable PaletteIndexCache index;
+  /// The nearest-colour search of LargePalette; a cache, made again when the palette changes.
+  mutable NearestSearchCache nearest;
 
   /// The palette colours of the mode (SmallPalette in small modes, LargePalette otherwise).
   const Palette& Colors() const { return SmallPaletteMode ? SmallPalette : LargePalette; }

@@ -31,10 +31,17 @@ Color WorkCanvas::Pixel(int x, int y) const {
 
 int WorkCanvas::CountColors(int limit) const {
   std::unordered_set<QRgb> seen;
-  for (int y = 0; y < Height(); ++y) {
+  const int width = Width(), height = Height();
+  bool any = false;
+  QRgb last = 0;
+  for (int y = 0; y < height; ++y) {
     const QRgb* row = reinterpret_cast<const QRgb*>(bitmap_.constScanLine(y));
-    for (int x = 0; x < Width(); ++x) {
-      seen.insert(row[x] | 0xFF000000u);
+    for (int x = 0; x < width; ++x) {
+      const QRgb c = row[x] | 0xFF000000u;
+      if (any && c == last) continue;  // a run of one colour is counted once
+      any = true;
+      last = c;
+      seen.insert(c);
       if (static_cast<int>(seen.size()) >= limit) return limit;
     }
   }

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "convert/data_text.h"
+#include "convert/fast_walk.h"
 #include "settings/pixel_modes.h"
 
 namespace vt::convert {
@@ -85,7 +86,13 @@ ArrayResult WriteArray(const ArrayRequest& request, app::TextBuffer& text) {
   WalkRequest walk{settings, request.source, stages, request.keyPoll, area};
   walk.lowerHalf = request.half == HalfExport::Lower;
   walk.stages.colors = request.colors;
-  result.completed = WalkArea(walk, cursor);
+  // The common cases take the fast loops, which give the same bytes.
+  const auto* image = dynamic_cast<const ImagePixelSource*>(&request.source);
+  std::optional<bool> fast;
+  if (image != nullptr) {
+    fast = FastWalkArea(walk, *image, writer, reorder ? &reorder->Program() : nullptr, cursor);
+  }
+  result.completed = fast ? *fast : WalkArea(walk, cursor);
   result.bytes = writer.ArrayBytes();
   result.valueCount = static_cast<long long>(cursor.ByteCount);
   if (!result.completed || !textTarget) return result;

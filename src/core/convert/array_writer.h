@@ -34,10 +34,10 @@ struct ArrayRequest {
   const PixelSource& source;
   AreaBounds area;  ///< right and bottom exclusive
   platform::KeyPoll& keyPoll;
-  QString outputFileName;              ///< the array takes its name without the extension
+  QString outputFileName;                 ///< the array takes its name without the extension
   std::optional<QString> headerTemplate;  ///< none when the template file is missing
-  QString templateFileName;            ///< named in the missing-template warning
-  QString dateText;                    ///< date and time of the export
+  QString templateFileName;               ///< named in the missing-template warning
+  QString dateText;                       ///< date and time of the export
   HalfExport half = HalfExport::None;
   /// Receives the bytes of a binary or Intel Hex target (no text is written then).
   HexByteTarget* hexTarget = nullptr;
@@ -53,7 +53,7 @@ struct ArrayResult {
   bool completed = false;  ///< false when Escape or a colour fault stopped the walk
   QString warning;         ///< the missing-template warning, for the caller to show
   QString arrayName;
-  long long bytes = 0;     ///< values placed in the array
+  long long bytes = 0;       ///< values placed in the array
   long long valueCount = 0;  ///< values the walk produced, swallowed ones included
   HeaderText header;         ///< the expanded header (positions, true origin)
   /// With compression: its counters, and whether it saved nothing (the array is then the

@@ -11,7 +11,6 @@ namespace {
 
 using settings::PixelMode;
 
-
 /// One call of a gray or colour packer: reads pixels along the family's axis from the cursor.
 class ColorPack {
  public:
@@ -278,6 +277,15 @@ class ColorPack {
 };
 
 }  // namespace
+
+std::unique_ptr<ColorSearch> ModeColorSearch(const canvas::PaletteState& palettes,
+                                             settings::PixelMode mode) {
+  const canvas::Palette& colors = palettes.Colors();
+  const int entries = canvas::PaletteInfoOf(mode).entries;
+  const bool blackSlot = entries == 32 || entries == 0x40000;
+  return std::make_unique<ColorSearch>(palettes.index.For(colors),
+                                       blackSlot ? int(colors.size()) : -1);
+}
 
 QString ColorNotFoundText(std::int64_t color) {
   return QStringLiteral(" Color not found in Palette! \r") +

@@ -8,6 +8,7 @@
 
 #include <QString>
 #include <cstdint>
+#include <memory>
 #include <optional>
 
 #include "canvas/palettes.h"
@@ -15,31 +16,54 @@
 
 namespace vt::convert {
 
-/// The colour search of one export: the mode's search table, its index, and the colour that
-/// was not found (ColorNotFound), which ends the conversion.
+/// The colour search of one export: the mode's search table through its index, and the colour
+/// that was not found (ColorNotFound), which ends the conversion. The last answer is
+/// remembered, so runs of one colour cost one comparison.
 class ColorSearch {
  public:
-  explicit ColorSearch(canvas::Palette table) : table_(std::move(table)), index_(table_) {}
+  /// Searches `table`, indexed here.
+  explicit ColorSearch(const canvas::Palette& table)
+      : index_(std::make_shared<const canvas::ColorIndexer>(table)) {}
+  /// Searches a palette through its `index`, followed by a black slot at position
+  /// `blackSlot` when that is not negative (the search tables of 32 gray and 262k).
+  ColorSearch(std::shared_ptr<const canvas::ColorIndexer> index, int blackSlot)
+      : index_(std::move(index)), blackSlot_(blackSlot) {}
   ColorSearch(const ColorSearch&) = delete;
   ColorSearch& operator=(const ColorSearch&) = delete;
 
   /// The first index of `color` in the table.
-  std::optional<int> IndexOf(std::int64_t color) const { return index_.IndexOf(color); }
-  const canvas::Palette& Table() const { return table_; }
+  std::optional<int> IndexOf(std::int64_t color) const {
+    if (color != lastColor_) {
+      lastColor_ = color;
+      lastIndex_ = color < 0 || color > 0xFFFFFFFF ? -1 : Find(canvas::Color(color));
+    }
+    return lastIndex_ < 0 ? std::nullopt : std::optional<int>(lastIndex_);
+  }
+  /// The first index of `c`, or -1.
+  int Find(canvas::Color c) const {
+    const int i = index_->Find(c);
+    return i < 0 && c == 0 && blackSlot_ >= 0 ? blackSlot_ : i;
+  }
 
   /// The colour whose search failed; empty while none did.
   std::optional<std::int64_t> notFound;
 
  private:
-  canvas::Palette table_;
-  canvas::ColorIndexer index_;
+  std::shared_ptr<const canvas::ColorIndexer> index_;
+  int blackSlot_ = -1;
+  mutable std::int64_t lastColor_ = -2;
+  mutable int lastIndex_ = -1;
 };
+
+/// The search of `mode` over `palettes` (its cached index, and the black slot of 32 gray and
+/// 262k), as SearchTable(mode, palettes.Colors()) would be searched.
+std::unique_ptr<ColorSearch> ModeColorSearch(const canvas::PaletteState& palettes,
+                                             settings::PixelMode mode);
 
 /// The text of ColorNotFound for `color`: " Color not found in Palette! \r" and, for -1 (a
 /// pixel outside the bitmap), " Check if Heigth or Width matches with pixels per byte format ",
 /// else " ". Its title is "Error Message".
 QString ColorNotFoundText(std::int64_t color);
-
 
 /// The gray or colour packer of the context's mode in `family`, reading from the cursor and
 /// delivering each value through DeliverValue. Table indexes come from stages.colors (without

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
+#include <string_view>
 
 #include "convert/bits.h"
 #include "settings/geometry.h"
@@ -11,8 +13,11 @@
 namespace vt::convert {
 namespace {
 
+constexpr char kHexDigits[] = "0123456789ABCDEF";
+
 QString TwoHexDigits(int value) {
-  return QStringLiteral("%1").arg(value & 0xFF, 2, 16, QLatin1Char('0')).toUpper();
+  const char digits[2] = {kHexDigits[(value >> 4) & 15], kHexDigits[value & 15]};
+  return QString::fromLatin1(digits, 2);
 }
 
 bool MonochromeOrUnset(const settings::Settings& settings) {
@@ -27,6 +32,51 @@ QString TrimTrailingBlanks(QString line) {
   }
   line.truncate(end);
   return line;
+}
+
+std::string Utf8(const QString& text) {
+  const QByteArray bytes = text.toUtf8();
+  return std::string(bytes.constData(), static_cast<std::size_t>(bytes.size()));
+}
+
+QString FromUtf8(std::string_view text) {
+  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+/// Pads `text` with blanks on the right to `width` characters (digits and blanks only).
+void LeftJustify(std::string& text, std::size_t width) {
+  if (text.size() < width) text.append(width - text.size(), ' ');
+}
+
+/// The byte where the last `units` UTF-16 code units before `at` begin in UTF-8 `text`.
+std::size_t BackByUnits(const std::string& text, std::size_t at, int units) {
+  while (units > 0 && at > 0) {
+    std::size_t start = at - 1;
+    while (start > 0 && (static_cast<unsigned char>(text[start]) & 0xC0) == 0x80) --start;
+    units -= (static_cast<unsigned char>(text[start]) >= 0xF0) ? 2 : 1;
+    at = start;
+  }
+  return at;
+}
+
+/// Blanks at the start and end of a text, the longest run inside, and whether it is all
+/// blanks: what a text can add to a run of blanks across its neighbours.
+struct BlankRuns {
+  std::size_t lead = 0, trail = 0, inner = 0;
+  bool allBlank = false;
+};
+
+BlankRuns RunsOf(std::string_view text) {
+  BlankRuns r;
+  std::size_t run = 0;
+  for (char c : text) {
+    run = c == ' ' ? run + 1 : 0;
+    r.inner = std::max(r.inner, run);
+  }
+  r.trail = run;
+  while (r.lead < text.size() && text[r.lead] == ' ') ++r.lead;
+  r.allBlank = !text.empty() && r.lead == text.size();
+  return r;
 }
 
 }  // namespace
@@ -50,13 +100,14 @@ DataTextWriter::DataTextWriter(const settings::Settings& settings, app::TextBuff
       format_(CurrentConstantFormat(settings.format)),
       target_(DataTargetOf(settings.width)),
       wordBytes_(OutputWordBits(settings.width) / 8),
-      pictureEnabled_(MonochromeOrUnset(settings) && std::max(1, settings.format.ORGC) == 1 &&
-                      !settings.comment.Nodcom),
+      perLine_(std::max(1, settings.format.ORGC)),
+      pictureEnabled_(MonochromeOrUnset(settings) && perLine_ == 1 && !settings.comment.Nodcom),
       dealPlanes_(settings.pixel.G42) {
   if (dealPlanes_ && secondPlane) {
     secondPlane_.reset(new DataTextWriter(SecondPlaneTag{}, settings, *secondPlane, options_));
   }
-  picture_ = PictureTemplate();
+  BuildSpelling();
+  picture_ = pictureTemplate_;
 }
 
 DataTextWriter::DataTextWriter(SecondPlaneTag, const settings::Settings& settings,
@@ -67,27 +118,177 @@ DataTextWriter::DataTextWriter(SecondPlaneTag, const settings::Settings& setting
 
 DataTextWriter::~DataTextWriter() = default;
 
-QString DataTextWriter::PictureTemplate() const {
+void DataTextWriter::BuildSpelling() {
+  const settings::DataFormatSettings& f = settings_.format;
+  const ConstantFormatInfo& info = Info(format_);
+  cpre_ = Utf8(f.CPRE);
+  cpfr_ = Utf8(f.cpfr);
+  endMark_ = Utf8(EndMark());
+  pictureTemplate_ = PictureTemplate();
+  pictureAscii_ = std::all_of(pictureTemplate_.begin(), pictureTemplate_.end(),
+                              [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+  const std::string sep = f.COMAv ? std::string(",") : (f.COMAS ? Utf8(f.sepst) : std::string());
+  const std::string gap = f.WithSp ? " " : "";
+  const std::string suffix = Utf8(f.VALSUF);
+
+  // Every form is the digits with a text before (the same in every place) and a text after,
+  // which depends on the place on the line and on whether a separator follows.
+  switch (format_) {
+    case ConstantFormat::X:
+      pre_ = " 0x";
+      break;
+    case ConstantFormat::H:
+    case ConstantFormat::B:
+      pre_ = " ";
+      break;
+    case ConstantFormat::ZeroB:
+      pre_ = " 0b";
+      break;
+    default:
+      pre_ = Utf8(f.VALpref);
+      break;
+  }
+  for (int separated = 0; separated < 2; ++separated) {
+    // One per line: the separator follows when COMAh holds and the data goes on.
+    std::string& one = post_[One][separated];
+    switch (format_) {
+      case ConstantFormat::X:
+        one = separated ? sep : " " + sep;
+        break;
+      case ConstantFormat::H:
+        one = separated ? "h ," : "h ";
+        break;
+      case ConstantFormat::ZeroB:
+        one.clear();
+        break;
+      case ConstantFormat::B:
+        one = "b";
+        break;
+      default:
+        one = suffix;
+        break;
+    }
+    for (Place place : {First, Middle, Last}) {
+      const std::string separator = (place != Last && separated)
+                                        ? (info.binaryFormat ? std::string(", ") : sep)
+                                        : std::string();
+      std::string& post = post_[place][separated];
+      switch (format_) {
+        case ConstantFormat::X:
+          post = (place == Last ? "" : " ") + separator;
+          break;
+        case ConstantFormat::H:
+          post = (place == First ? "h" : "h ") + separator;
+          break;
+        case ConstantFormat::ZeroB:
+          post = (place == First ? "" : " ") + separator;
+          break;
+        case ConstantFormat::B:
+          post = "b" + separator;
+          break;
+        default:
+          post = suffix + separator + (place == Last ? "" : gap);
+          break;
+      }
+    }
+  }
+  // The separator form applies only with COMAh.
+  if (!f.COMAh) {
+    for (auto& forms : post_) forms[1] = forms[0];
+  }
+  pictureAfter_ = perLine_ == 1 && format_ != ConstantFormat::ZeroB && format_ != ConstantFormat::B;
+
+  // The bulk path: bytes in text, no picture, no pairs dealt to two planes.
+  if (target_ != DataTarget::Text || wordBytes_ != 1 || pictureEnabled_ || dealPlanes_ ||
+      options_.fontMode) {
+    return;
+  }
+  const std::vector<Place> places =
+      perLine_ == 1 ? std::vector<Place>{One} : std::vector<Place>{First, Middle, Last};
+  // Runs of blanks a line can hold: inside one text, or across two neighbours. The digits
+  // differ from value to value only in their count and the blanks that pad decimals, so the
+  // values below show every form a piece takes.
+  std::size_t inner = 0, lead = 0, trail = 0;
+  bool chains = false;
+  auto account = [&](std::string_view text) {
+    const BlankRuns r = RunsOf(text);
+    inner = std::max(inner, r.inner);
+    lead = std::max(lead, r.lead);
+    trail = std::max(trail, r.trail);
+    chains = chains || r.allBlank;
+  };
+  account(cpre_);
+  account(cpfr_);
+  for (Place place : places) {
+    for (int value : {0, 9, 10, 99, 100, 159, 160, 255}) {
+      const std::string piece = Piece(place, value);
+      account(piece);
+      if (piece.size() >= PieceTable::kSlot) return;  // too long for a slot: value by value
+    }
+  }
+  gapFree_ = !chains && std::max(inner, lead + trail) < 4;
+  pieces_.assign(kPlaces, PieceTable{});
+  // A line of the bulk path: head, constants, end mark, and the slack of one slot.
+  lineRoom_ = (cpre_.size() + 24 + cpfr_.size() + std::size_t(perLine_) * PieceTable::kSlot +
+               endMark_.size() + PieceTable::kSlot);
+  // Room for the whole array in the text, as far as its size is known.
+  if (options_.dataByteCount > 0) {
+    const std::size_t values = std::size_t(options_.dataByteCount);
+    const std::size_t lines = values / std::size_t(perLine_) + 1;
+    const std::size_t perValue = pre_.size() +
+                                 (info.binaryFormat    ? 8
+                                  : info.decimalFormat ? 3
+                                                       : 2) +
+                                 post_[Middle][1].size();
+    text_.Reserve(values * perValue + lines * (cpre_.size() + cpfr_.size() + endMark_.size() + 8),
+                  lines);
+    dataLines_.reserve(lines);
+  }
+}
+
+std::string DataTextWriter::Piece(Place place, int value) {
+  const int part = value;
+  const int zeros = leadingZeros_;
+  std::string digits;
+  SpellWord(&part, 1, digits);
+  leadingZeros_ = zeros;
+  if (Info(format_).decimalFormat) LeftJustify(digits, 3);
+  return pre_ + digits + post_[place][1];
+}
+
+void DataTextWriter::FillSlot(Place place, int value, char* slot) {
+  const std::string piece = Piece(place, settings_.pixel.Neg ? 255 - value : value);
+  std::copy(piece.begin(), piece.end(), slot);
+  slot[PieceTable::kSlot - 1] = static_cast<char>(piece.size());
+}
+
+std::string DataTextWriter::PictureTemplate() const {
   if (!pictureEnabled_) return {};
-  const QString ruler(wordBytes_ * 8, QLatin1Char('_'));
-  if (style_.c) return QStringLiteral("     /*  ") + ruler + QStringLiteral("  */");
-  const QString gap =
-      settings_.comment.PSCOM ? QStringLiteral("      ") : QStringLiteral("       ");
-  return style_.opener + gap + ruler + QStringLiteral("    ");
+  const std::string ruler(static_cast<std::size_t>(wordBytes_ * 8), '_');
+  if (style_.c) return "     /*  " + ruler + "  */";
+  const std::string gap = settings_.comment.PSCOM ? "      " : "       ";
+  return Utf8(style_.opener) + gap + ruler + "    ";
 }
 
 void DataTextWriter::StartComment() {
-  if (partCount_ == 0) picture_ = PictureTemplate();
+  if (partCount_ == 0 && pictureEnabled_) picture_ = pictureTemplate_;
 }
 
 void DataTextWriter::MarkBit(int bit) {
-  if (picture_.isEmpty() || bit < 0 || bit > 7) return;
+  if (picture_.empty() || bit < 0 || bit > 7) return;
   // The drawing starts at position 10 of the picture text (index 9) in every comment style,
   // most significant bit leftmost. The bytes of a word are drawn in the order the word is
   // written: by MSBF the first byte leftmost, else the last.
   const int byteColumn = settings_.scan.MSBF ? partCount_ : wordBytes_ - 1 - partCount_;
-  const qsizetype at = 9 + byteColumn * 8 + (7 - bit);
-  if (at < picture_.size()) picture_[at] = QLatin1Char('#');
+  const std::size_t at = static_cast<std::size_t>(9 + byteColumn * 8 + (7 - bit));
+  if (pictureAscii_) {
+    if (at < picture_.size()) picture_[at] = '#';
+    return;
+  }
+  // An opener of other characters: positions count characters, not bytes.
+  QString picture = FromUtf8(picture_);
+  if (at < static_cast<std::size_t>(picture.size())) picture[qsizetype(at)] = QLatin1Char('#');
+  picture_ = Utf8(picture);
 }
 
 void DataTextWriter::EmitValue(int value, bool endOfPixel) {
@@ -133,7 +334,108 @@ void DataTextWriter::EmitValue(int value, bool endOfPixel) {
   PutConstant(parts_.data(), count, last);
 }
 
-QString DataTextWriter::SpellWord(const int* parts, int count) {
+void DataTextWriter::EmitValues(const std::uint8_t* values, std::size_t count) {
+  if (pieces_.empty()) {
+    for (std::size_t i = 0; i < count; ++i) {
+      StartComment();
+      EmitValue(values[i], true);
+    }
+    return;
+  }
+  const long long lastCount = options_.dataByteCount;
+  constexpr int kSlot = PieceTable::kSlot;
+  // The slot of a byte in a place, from tables held here: writing the line cannot move them.
+  char* const tables[kPlaces] = {pieces_[One].slots.data(), pieces_[First].slots.data(),
+                                 pieces_[Middle].slots.data(), pieces_[Last].slots.data()};
+  auto put = [&](Place place, std::uint8_t value, char* out) {
+    char* slot = tables[place] + value * kSlot;
+    if (slot[kSlot - 1] == 0) [[unlikely]]
+      FillSlot(place, value, slot);
+    std::memcpy(out, slot, kSlot);
+    return static_cast<unsigned char>(slot[kSlot - 1]);
+  };
+  // The line is built where it will stand, at the end of the text, and goes back to line_
+  // when the run ends inside it.
+  // Room for what the line holds already and a whole line more.
+  std::size_t length = line_.size();
+  char* line = text_.LineRoom(lineRoom_ + length);
+  std::memcpy(line, line_.data(), length);
+  std::size_t i = 0;
+  while (i < count) {
+    // The last value of the data takes the general way: its separators differ.
+    if (lastMarked_ || (lastCount > 0 && valueCount_ + 1 == lastCount)) {
+      line_.assign(line, length);
+      EmitValue(values[i++], true);
+      length = line_.size();
+      line = text_.LineRoom(lineRoom_ + length);
+      std::memcpy(line, line_.data(), length);
+      continue;
+    }
+    // The values up to the end of this line, or of the data, or of the run.
+    std::size_t n = std::min<std::size_t>(count - i, std::size_t(perLine_ - constantsOnLine_));
+    if (lastCount > 0 && valueCount_ < lastCount) {
+      n = std::min<std::size_t>(n, std::size_t(lastCount - 1 - valueCount_));
+    }
+    const std::uint8_t* v = values + i;
+    const std::uint8_t* const end = v + n;
+    int place = constantsOnLine_;
+    if (place == 0) {
+      if (!cpre_.empty()) std::memcpy(line + length, cpre_.data(), cpre_.size());
+      length += cpre_.size();
+      if (settings_.format.LineN) {
+        const std::string number = std::to_string(lineNumber_);
+        std::memcpy(line + length, number.data(), number.size());
+        length += number.size();
+      }
+      if (!cpfr_.empty()) std::memcpy(line + length, cpfr_.data(), cpfr_.size());
+      length += cpfr_.size();
+      if (perLine_ > 1) {
+        length += put(First, *v++, line + length);
+        ++place;
+      }
+    }
+    if (perLine_ == 1) {
+      if (v < end) length += put(One, *v++, line + length);
+    } else {
+      // Middle places up to the one before the last of the line.
+      const std::uint8_t* const middleEnd = std::min(end, v + std::max(0, perLine_ - 1 - place));
+      for (; v < middleEnd; ++v) length += put(Middle, *v, line + length);
+      if (v < end) length += put(Last, *v++, line + length);
+    }
+    i += n;
+    valueCount_ += static_cast<long long>(n);
+    arrayBytes_ += static_cast<long long>(n);
+    constantsOnLine_ += static_cast<int>(n);
+    if (constantsOnLine_ >= perLine_) {
+      if (gapFree_) {
+        std::memcpy(line + length, endMark_.data(), endMark_.size());
+        length += endMark_.size();
+        if (length > 0 && line[length - 1] == '#') --length;
+        // The line stands where it was written.
+        dataLines_.push_back(text_.Count());
+        text_.AddWrittenLine(length);
+      } else {
+        line_.assign(line, length);
+        FinishLine(line_);
+        WriteLine(line_);
+      }
+      line_.clear();
+      EndLine();
+      length = 0;
+      line = text_.LineRoom(lineRoom_);
+    }
+  }
+  line_.assign(line, length);
+}
+
+DataTextWriter::Place DataTextWriter::PlaceOf(int constantsOnLine) const {
+  if (perLine_ == 1) return One;
+  if (constantsOnLine == 0) return First;
+  return constantsOnLine == perLine_ - 1 ? Last : Middle;
+}
+
+void DataTextWriter::SpellWord(const int* parts, int count, std::string& out) {
+  out.clear();
   // The word in the order it is written: by MSBF the first byte first, else the last.
   std::array<int, 4> ordered{};
   for (int i = 0; i < count; ++i) {
@@ -141,110 +443,55 @@ QString DataTextWriter::SpellWord(const int* parts, int count) {
   }
   const ConstantFormatInfo& info = Info(format_);
   if (info.binaryFormat) {
-    QString text;
-    for (int i = 0; i < count; ++i) text += ToBinaryText(ordered[i], 8);
-    return text;
+    for (int i = 0; i < count; ++i) {
+      for (int bit = 7; bit >= 0; --bit) out.push_back((ordered[i] >> bit) & 1 ? '1' : '0');
+    }
+    return;
   }
   if (info.decimalFormat) {
     std::uint64_t word = 0;
     for (int i = 0; i < count; ++i) word = (word << 8) | static_cast<std::uint64_t>(ordered[i]);
-    QString text = QString::number(word);
-    if (count == 4) text = text.leftJustified(10);
-    return text;
+    out = std::to_string(word);
+    if (count == 4) LeftJustify(out, 10);
+    return;
   }
-  QString text;
-  for (int i = 0; i < count; ++i) text += TwoHexDigits(ordered[i]);
   if (settings_.format.Addof &&
       (format_ == ConstantFormat::H || format_ == ConstantFormat::PlusHPlus) && ordered[0] > 159) {
-    text.prepend(QLatin1Char('0'));
+    out.push_back('0');
     ++leadingZeros_;
   }
-  if (count == 4) text = text.leftJustified(10);
-  return text;
+  for (int i = 0; i < count; ++i) {
+    out.push_back(kHexDigits[ordered[i] >> 4]);
+    out.push_back(kHexDigits[ordered[i] & 15]);
+  }
+  if (count == 4) LeftJustify(out, 10);
 }
 
 void DataTextWriter::PutConstant(const int* parts, int count, bool last) {
-  valueText_ = SpellWord(parts, count);
+  SpellWord(parts, count, valueText_);
   arrayBytes_ += count;
   AppendConstant(last);
   // The font generator ends a glyph's line with its last value.
   CloseLine(options_.fontMode && last);
 }
 
-void DataTextWriter::AppendConstant(bool last) {
-  const settings::DataFormatSettings& f = settings_.format;
-  const ConstantFormatInfo& info = Info(format_);
-  const int perLine = std::max(1, f.ORGC);
-  const bool goesOn = !last;
-  const QString head = f.CPRE + (f.LineN ? QString::number(lineNumber_) : QString()) + f.cpfr;
-  const QString sep = f.COMAv ? QStringLiteral(",") : (f.COMAS ? f.sepst : QString());
-  const QString gap = f.WithSp ? QStringLiteral(" ") : QString();
-  const QString v =
-      info.decimalFormat ? valueText_.leftJustified(wordBytes_ == 2 ? 5 : 3) : valueText_;
+void DataTextWriter::AppendHead(std::string& line) const {
+  line += cpre_;
+  if (settings_.format.LineN) line += std::to_string(lineNumber_);
+  line += cpfr_;
+}
 
-  QString lead;   // Head, for the first constant of a line
-  QString piece;  // the constant with its blanks and separator
-  QString picture;
-  if (perLine == 1) {
-    lead = head;
-    const bool separated = f.COMAh && goesOn;
-    switch (format_) {
-      case ConstantFormat::X:
-        piece = QStringLiteral(" 0x") + v + (separated ? sep : QStringLiteral(" ") + sep);
-        picture = picture_;
-        break;
-      case ConstantFormat::H:
-        piece = QLatin1Char(' ') + v + (separated ? QStringLiteral("h ,") : QStringLiteral("h "));
-        picture = picture_;
-        break;
-      case ConstantFormat::ZeroB:
-        piece = QStringLiteral(" 0b") + v;
-        break;
-      case ConstantFormat::B:
-        piece = QLatin1Char(' ') + v + QLatin1Char('b');
-        break;
-      default:
-        piece = f.VALpref + v + f.VALSUF;
-        picture = picture_;
-        break;
-    }
-  } else {
-    enum class Place { First, Middle, Last };
-    const Place place = constantsOnLine_ == 0             ? Place::First
-                        : constantsOnLine_ == perLine - 1 ? Place::Last
-                                                          : Place::Middle;
-    if (place == Place::First) lead = head;
-    const QString separator = (place != Place::Last && f.COMAh && goesOn)
-                                  ? (info.binaryFormat ? QStringLiteral(", ") : sep)
-                                  : QString();
-    switch (format_) {
-      case ConstantFormat::X:
-        piece =
-            QStringLiteral(" 0x") + v + (place == Place::Last ? QString() : QStringLiteral(" "));
-        piece += separator;
-        break;
-      case ConstantFormat::H:
-        piece = QLatin1Char(' ') + v +
-                (place == Place::First ? QStringLiteral("h") : QStringLiteral("h "));
-        piece += separator;
-        break;
-      case ConstantFormat::ZeroB:
-        piece =
-            QStringLiteral(" 0b") + v + (place == Place::First ? QString() : QStringLiteral(" "));
-        piece += separator;
-        break;
-      case ConstantFormat::B:
-        piece = QLatin1Char(' ') + v + QLatin1Char('b');
-        piece += separator;
-        break;
-      default:
-        // The separator follows the constant; the gap parts it from the next one.
-        piece = f.VALpref + v + f.VALSUF + separator + (place == Place::Last ? QString() : gap);
-        break;
-    }
-  }
-  if (last) piece.replace(QLatin1Char(','), QLatin1Char(' '));
-  line_ += lead + piece + picture;
+void DataTextWriter::AppendConstant(bool last) {
+  const Place place = PlaceOf(constantsOnLine_);
+  const bool goesOn = !last;
+  if (Info(format_).decimalFormat) LeftJustify(valueText_, wordBytes_ == 2 ? 5 : 3);
+  if (place == One || place == First) AppendHead(line_);
+  piece_ = pre_;
+  piece_ += valueText_;
+  piece_ += post_[place][goesOn ? 1 : 0];
+  if (last) std::replace(piece_.begin(), piece_.end(), ',', ' ');
+  line_ += piece_;
+  if (pictureAfter_) line_ += picture_;
   ++constantsOnLine_;
 }
 
@@ -258,53 +505,57 @@ QString DataTextWriter::EndMark() const {
 
 void DataTextWriter::CloseLine() { CloseLine(false); }
 
-void DataTextWriter::CloseLine(bool force) {
-  if (constantsOnLine_ == 0 && line_.isEmpty()) return;
-  if (!force &&
-      (constantsOnLine_ < std::max(1, settings_.format.ORGC) || partCount_ > 0 || pairPending_)) {
-    return;
-  }
+void DataTextWriter::FinishLine(std::string& line) const {
   // The end mark goes before the first run of four blanks, the gap that leads to the picture,
   // or at the end. Only a line of one constant has that gap: with several, a run of four blanks
   // is the padding of a short decimal word, and a mark there would leave an empty element.
-  const bool onePerLine = std::max(1, settings_.format.ORGC) == 1;
-  const qsizetype gapAt = onePerLine ? line_.indexOf(QStringLiteral("    ")) : -1;
-  if (gapAt >= 0) {
-    line_.insert(gapAt, EndMark());
+  const std::size_t gapAt = perLine_ == 1 ? line.find("    ") : std::string::npos;
+  if (gapAt != std::string::npos) {
+    line.insert(gapAt, endMark_);
   } else {
-    line_ += EndMark();
+    line += endMark_;
   }
-  if (line_.endsWith(QLatin1Char('#'))) line_.chop(1);
+  if (!line.empty() && line.back() == '#') line.pop_back();
   // Leading zeros made the constant longer: take as many characters away in front of the
   // picture so that it keeps its column.
-  if (!picture_.isEmpty() && leadingZeros_ > 0) {
-    const qsizetype at = line_.indexOf(picture_);
-    if (at >= 0) {
-      const qsizetype n = std::min<qsizetype>(leadingZeros_, at);
-      line_.remove(at - n, n);
+  if (!picture_.empty() && leadingZeros_ > 0) {
+    const std::size_t at = line.find(picture_);
+    if (at != std::string::npos) {
+      const std::size_t from = BackByUnits(line, at, leadingZeros_);
+      line.erase(from, at - from);
     }
   }
+}
+
+void DataTextWriter::CloseLine(bool force) {
+  if (constantsOnLine_ == 0 && line_.empty()) return;
+  if (!force && (constantsOnLine_ < perLine_ || partCount_ > 0 || pairPending_)) return;
+  FinishLine(line_);
   WriteLine(line_);
+  EndLine();
+}
+
+void DataTextWriter::EndLine() {
   line_.clear();
   constantsOnLine_ = 0;
   leadingZeros_ = 0;
   if (settings_.format.LineN) ++lineNumber_;
 }
 
-void DataTextWriter::WriteLine(const QString& line) {
+void DataTextWriter::WriteLine(std::string_view line) {
   if (options_.fontMode && settings_.comment.HCO) {
-    commentBlock_.append(line);
+    commentBlock_.append(FromUtf8(line));
     return;
   }
-  dataLines_.append(text_.Count());
-  text_.AddLine(line);
+  dataLines_.push_back(text_.Count());
+  text_.AddUtf8Line(line);
 }
 
 void DataTextWriter::GroupStart() {
   if (!settings_.block.ColRx) return;
   if (secondPlane_) secondPlane_->GroupStart();
   // A row that ended inside a line: its line goes out as it stands, without an end mark.
-  if (!line_.isEmpty()) {
+  if (!line_.empty()) {
     WriteLine(line_);
     line_.clear();
     constantsOnLine_ = 0;
@@ -364,7 +615,7 @@ void DataTextWriter::WriteDataPreamble(const PreambleInfo& info, const HeaderTex
     for (const QString& raw : lines) {
       const QString line = TrimTrailingBlanks(ApplyWordType(s, raw));
       // Runs of empty lines collapse into one.
-      if (line.isEmpty() && !text_.IsEmpty() && text_.LastLine().isEmpty()) continue;
+      if (line.isEmpty() && !text_.IsEmpty() && text_.Utf8Line(text_.Count() - 1).empty()) continue;
       text_.AddLine(line);
     }
   }
@@ -398,19 +649,20 @@ void DataTextWriter::RemoveEndMark(QString& line) const {
 
 void DataTextWriter::FinishArray() {
   const settings::DataFormatSettings& f = settings_.format;
-  const bool pending = !line_.isEmpty();
+  const bool pending = !line_.empty();
+  QString pendingLine = FromUtf8(line_);
   // Packed 4096 colours in "+H+": the last constant gets the comma its suffix could not carry.
   if (settings_.pixel.C4096 && settings_.pixel.PM && format_ == ConstantFormat::PlusHPlus &&
       !f.VALpref.isEmpty()) {
     QString line =
-        pending ? line_ : (dataLines_.isEmpty() ? QString() : text_.Line(dataLines_.last()));
+        pending ? pendingLine : (dataLines_.empty() ? QString() : text_.Line(dataLines_.back()));
     const qsizetype at = line.lastIndexOf(f.VALpref);
     if (at >= 0) {
       line.insert(at, QLatin1Char(','));
       if (pending) {
-        line_ = line;
+        pendingLine = line;
       } else {
-        text_.ReplaceLine(dataLines_.last(), line);
+        text_.ReplaceLine(dataLines_.back(), line);
       }
     }
   }
@@ -420,19 +672,19 @@ void DataTextWriter::FinishArray() {
       RemoveEndMark(line);
       text_.ReplaceLine(index, line);
     }
-    if (pending) RemoveEndMark(line_);
+    if (pending) RemoveEndMark(pendingLine);
   } else if (settings_.format.dellas) {
     if (pending) {
-      RemoveEndMark(line_);
-    } else if (!dataLines_.isEmpty()) {
-      QString line = text_.Line(dataLines_.last());
+      RemoveEndMark(pendingLine);
+    } else if (!dataLines_.empty()) {
+      QString line = text_.Line(dataLines_.back());
       RemoveEndMark(line);
-      text_.ReplaceLine(dataLines_.last(), line);
+      text_.ReplaceLine(dataLines_.back(), line);
     }
   }
   if (pending) {
-    dataLines_.append(text_.Count());
-    text_.AddLine(line_);
+    dataLines_.push_back(text_.Count());
+    text_.AddLine(pendingLine);
     line_.clear();
     constantsOnLine_ = 0;
   }
@@ -452,7 +704,7 @@ void DataTextWriter::WriteDataEnd(const HeaderText& header, const DataEndInfo& i
     if (s.comment.Noh) text_.AddLine(s.block.begds);
     const QStringList& pane = info.compression->pointerPane;
     for (qsizetype i = 1; i < pane.size(); ++i) {
-      if (pane[i].isEmpty() && text_.LastLine().isEmpty()) continue;
+      if (pane[i].isEmpty() && text_.Utf8Line(text_.Count() - 1).empty()) continue;
       text_.AddLine(pane[i]);
     }
     text_.AddLine(s.block.Endst);

@@ -8,8 +8,11 @@
 #include <QString>
 #include <QStringList>
 #include <array>
+#include <cstdint>
 #include <memory>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "app/text_buffer.h"
 #include "convert/constant_format.h"
@@ -99,7 +102,9 @@ struct DataEndInfo {
 /// SecondValue): their 16 bits are dealt to a byte of the main array and a byte of the second
 /// plane, which is written by a writer of its own into the second buffer.
 ///
-/// The settings are read at every value: they must stay unchanged during the run.
+/// The settings must stay unchanged during the run: the spelling of the constants (prefixes,
+/// separators, end mark, the text of each byte value in each place of a line) is worked out
+/// once, when the writer is made. Lines are built as UTF-8.
 class DataTextWriter final : public ValueSink {
  public:
   /// `secondPlane` receives the second array of two-page gray; may be null otherwise.
@@ -128,6 +133,10 @@ class DataTextWriter final : public ValueSink {
   /// line), fpar12 when a group is open, then fpar11, and marks a group open. Does nothing
   /// without ColRx.
   void GroupStart() override;
+  /// Takes `count` finished bytes in a row, each as EmitValue(value, true) would after a
+  /// StartComment with no bit marked. Bytes of a single width with no picture and no byte
+  /// target are placed from tables built once; any other case goes value by value.
+  void EmitValues(const std::uint8_t* values, std::size_t count);
 
   /// The next complete value is the last of the data, whatever the count says.
   void MarkLastValue() { lastMarked_ = true; }
@@ -150,10 +159,12 @@ class DataTextWriter final : public ValueSink {
   /// the size (BSD) and position (BCD) descriptors, and the closing comments unless Noonts.
   void WriteDataEnd(const HeaderText& header, const DataEndInfo& info);
 
+  /// Whether each constant of the run carries the picture of its bits (MarkBit matters).
+  bool DrawsPictures() const { return pictureEnabled_; }
   /// The line being built.
-  const QString& Line() const { return line_; }
+  QString Line() const { return QString::fromUtf8(line_.data(), qsizetype(line_.size())); }
   /// The picture comment of the current constant; empty when none is drawn.
-  const QString& Picture() const { return picture_; }
+  QString Picture() const { return QString::fromUtf8(picture_.data(), qsizetype(picture_.size())); }
   /// The comment opener of the active style.
   const QString& CommentText() const { return style_.opener; }
   /// Bytes taken so far by EmitValue.
@@ -168,12 +179,35 @@ class DataTextWriter final : public ValueSink {
   DataTextWriter(SecondPlaneTag, const settings::Settings& settings, app::TextBuffer& text,
                  DataTextOptions options);
 
-  QString PictureTemplate() const;
-  QString SpellWord(const int* parts, int count);
+  /// Where a constant stands on its line; One when a line holds one constant.
+  enum Place { One, First, Middle, Last, kPlaces };
+  /// The spelled forms of the 256 byte values in one place of a line, constant and
+  /// separators included, each in a slot of its own, spelled when first used; the bulk path
+  /// copies whole slots.
+  struct PieceTable {
+    static constexpr int kSlot = 16;  ///< bytes of a slot: up to 15 of text, then the length
+    std::array<char, 256 * kSlot> slots{};
+  };
+
+  void BuildSpelling();
+  /// The piece of a byte in `place`: the text before, the digits, the text after (as a
+  /// separator follows).
+  std::string Piece(Place place, int value);
+  /// Spells the byte `value` as delivered (Neg applied here) into its slot of `place`.
+  void FillSlot(Place place, int value, char* slot);
+  Place PlaceOf(int constantsOnLine) const;
+  std::string PictureTemplate() const;
+  /// The digits of a word (no prefix or suffix) into `out`; counts a leading zero of Addof.
+  void SpellWord(const int* parts, int count, std::string& out);
   void PutConstant(const int* parts, int count, bool last);
   void AppendConstant(bool last);
+  /// CPRE, the line number with LineN, cpfr: what a line starts with.
+  void AppendHead(std::string& line) const;
   void CloseLine(bool force);
-  void WriteLine(const QString& line);
+  /// Inserts the end mark, drops a final "#", keeps the picture's column; the line to write.
+  void FinishLine(std::string& line) const;
+  void WriteLine(std::string_view line);
+  void EndLine();
   QString EndMark() const;
   void RemoveEndMark(QString& line) const;
   void FinishArray();
@@ -185,27 +219,39 @@ class DataTextWriter final : public ValueSink {
   ConstantFormat format_;
   DataTarget target_;
   int wordBytes_;
+  int perLine_;  // ORGC, at least 1
   bool pictureEnabled_;
   bool dealPlanes_;  // this writer deals two-page gray pairs to itself and the second plane
   HexByteTarget* hexTarget_ = nullptr;
   std::unique_ptr<DataTextWriter> secondPlane_;
 
+  // The spelling of the run, as UTF-8.
+  std::string cpre_, cpfr_, endMark_, pictureTemplate_;
+  std::string pre_;                                       // before the digits
+  std::array<std::array<std::string, 2>, kPlaces> post_;  // after them, by place and separator
+  bool pictureAfter_ = false;       // the picture follows the constant (one per line)
+  bool pictureAscii_ = true;        // picture positions are byte positions
+  bool gapFree_ = false;            // no line of the bulk path can hold a run of four blanks
+  std::vector<PieceTable> pieces_;  // by place, for the bulk path; empty when it cannot run
+  std::size_t lineRoom_ = 0;        // the longest line of the bulk path
+
   // The line builder.
-  QString valueText_;
+  std::string valueText_;
   std::array<int, 4> parts_{};
   int partCount_ = 0;  // held parts of a word (HalfPending while above 0)
   bool pairPending_ = false;
   int pairFirst_ = 0;
-  QString line_;
+  std::string line_;
+  std::string piece_;  // scratch for one constant
   int constantsOnLine_ = 0;
   int lineNumber_ = 0;
-  QString picture_;
+  std::string picture_;
   int leadingZeros_ = 0;
   long long valueCount_ = 0;
   long long arrayBytes_ = 0;
   bool lastMarked_ = false;
   bool groupOpen_ = false;
-  QList<int> dataLines_;  // indices in text_ of the data lines written
+  std::vector<int> dataLines_;  // indices in text_ of the data lines written
   QStringList commentBlock_;
 };
 

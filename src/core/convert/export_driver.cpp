@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "convert/export_driver.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
 #include <QLocale>
@@ -74,7 +75,15 @@ CanvasSelection SelectionOnCanvas(const canvas::WorkCanvas& canvas) {
 }
 
 QString DateText(const platform::Clock& clock) {
-  return QLocale::c().toString(clock.Now(), QStringLiteral("dd/MM/yyyy HH:mm:ss"));
+  // dd/MM/yyyy HH:mm:ss, written out rather than through a format string.
+  const QDateTime now = clock.Now();
+  const QDate d = now.date();
+  const QTime t = now.time();
+  if (d.year() < 1000 || d.year() > 9999) {
+    return QLocale::c().toString(now, QStringLiteral("dd/MM/yyyy HH:mm:ss"));
+  }
+  return QString::asprintf("%02d/%02d/%04d %02d:%02d:%02d", d.day(), d.month(), d.year(), t.hour(),
+                           t.minute(), t.second());
 }
 
 ExportResult ResultOf(const ExportRun& run, ExportStatus status) {
@@ -101,8 +110,8 @@ ExportResult Ended(ExportStatus status) {
 void ReduceCanvasColors(app::AppState& state, app::Services& services, const ExportRun& run) {
   canvas::LoadModePalette(state, services);
   const bool colors256 = run.settings.pixel.C256 && !run.settings.pixel.G256;
-  if (!colors256 &&
-      canvas::CountUnknownColors(state.canvas.Bitmap(), state.palettes.Colors()) == 0) {
+  if (!colors256 && !canvas::HasUnknownColor(state.canvas.Bitmap(),
+                                             *state.palettes.index.For(state.palettes.Colors()))) {
     return;  // nothing to convert: spare the copy
   }
   QImage bitmap = state.canvas.Snapshot();
@@ -463,7 +472,8 @@ ExportResult TranslateCanvas(app::AppState& state, app::Services& services,
   // The conversions of the run work on the canvas and are undone from the scratch copy.
   bool completed = false;
   for (int pass = 0; pass < 2; ++pass) {
-    const QImage scratch = state.canvas.Snapshot();
+    // A shared copy: the canvas bitmap is copied only when a conversion writes to it.
+    const QImage scratch = state.canvas.Bitmap();
     if (!IsMonochrome(run.settings) && !run.settings.pixel.C16M) {
       ReduceCanvasColors(state, services, run);
     }
@@ -475,7 +485,7 @@ ExportResult TranslateCanvas(app::AppState& state, app::Services& services,
       RunSearchReplaceGrid(state, run);
     }
     FinishByteTarget(state, run);
-    state.canvas.Restore(scratch);
+    if (state.canvas.Bitmap().cacheKey() != scratch.cacheKey()) state.canvas.Restore(scratch);
     if (!run.repeatAfterPaste || pass > 0) break;
     PasteFloatingSelection(state, run);
     run.selection = CanvasSelection{};  // the selection ends with the pass
@@ -662,7 +672,8 @@ bool WriteArray(app::AppState& state, app::Services& services, ExportRun& run) {
   if (target == DataTarget::Binary) hexTarget = &binaryTarget;
   if (target == DataTarget::IntelHex) hexTarget = &intelHexTarget;
   canvas::LoadModePalette(state, services);
-  ColorSearch colors(canvas::SearchTable(canvas::ModeOf(s), state.palettes.Colors()));
+  const std::unique_ptr<ColorSearch> search = ModeColorSearch(state.palettes, canvas::ModeOf(s));
+  ColorSearch& colors = *search;
   ArrayRequest request{s,
                        source,
                        run.area,

@@ -3,6 +3,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <string>
 
 #include "app/messages.h"
 #include "app/state.h"
@@ -194,9 +195,12 @@ QStringList ExportReportParagraphs(const settings::Settings& s, const ExportRepo
 }
 
 QByteArray RtfDocument(const QStringList& paragraphs) {
-  QByteArray rtf(
+  std::string rtf =
       "{\\rtf1\\ansi\\ansicpg1252\\deff0{\\fonttbl{\\f0\\fmodern Courier New;}}\r\n"
-      "\\f0\\fs20\r\n");
+      "\\f0\\fs20\r\n";
+  qsizetype size = 0;
+  for (const QString& paragraph : paragraphs) size += paragraph.size() + 8;
+  rtf.reserve(rtf.size() + std::size_t(size) + 8);
   for (const QString& paragraph : paragraphs) {
     for (const QChar c : paragraph) {
       const char16_t u = c.unicode();
@@ -206,13 +210,13 @@ QByteArray RtfDocument(const QStringList& paragraphs) {
       } else if (u >= 0x20 && u < 0x7F) {
         rtf += static_cast<char>(u);
       } else if (u >= 0x80) {
-        rtf += "\\u" + QByteArray::number(static_cast<qint16>(u)) + '?';
+        rtf += "\\u" + std::to_string(static_cast<qint16>(u)) + '?';
       }
     }
     rtf += "\\par\r\n";
   }
   rtf += "}\r\n";
-  return rtf;
+  return QByteArray(rtf.data(), qsizetype(rtf.size()));
 }
 
 bool WriteExportReport(app::AppState& state, app::Services& services,

@@ -171,13 +171,30 @@ std::span<const char* const> TemplateLines(HeaderKind kind) {
   return kGraphicsTemplate;
 }
 
+// The first place of `token` in `text` from `from`, in any case. A token that begins with an
+// ASCII character other than a letter ("[&NAME]", "&CSIZE") is looked for by that character,
+// which has one case only, and the rest compared at each place found.
+qsizetype FindToken(const QString& text, const QString& token, qsizetype from) {
+  const QChar first = token.isEmpty() ? QChar() : token.front();
+  if (first.unicode() == 0 || first.unicode() > 0x7F || first.isLetter()) {
+    return text.indexOf(token, from, Qt::CaseInsensitive);
+  }
+  for (qsizetype at = text.indexOf(first, from); at >= 0 && at + token.size() <= text.size();
+       at = text.indexOf(first, at + 1)) {
+    if (QStringView(text).mid(at, token.size()).compare(token, Qt::CaseInsensitive) == 0) {
+      return at;
+    }
+  }
+  return -1;
+}
+
 // Replaces every occurrence of `token` (any case) by `replacement`, removing `extra` characters
 // after the token as well (fewer at the end of the text).
 bool ReplaceToken(QString& text, const QString& token, const QString& replacement, int extra = 0) {
   bool found = false;
   qsizetype from = 0;
   for (;;) {
-    const qsizetype at = text.indexOf(token, from, Qt::CaseInsensitive);
+    const qsizetype at = FindToken(text, token, from);
     if (at < 0) break;
     found = true;
     text.remove(at, std::min<qsizetype>(token.size() + extra, text.size() - at));
@@ -320,7 +337,7 @@ HeaderText BuildHeader(const settings::Settings& settings, const HeaderRequest& 
 
   // LinePrefix: what stands before [&NAME] on its line; the descriptors at the end reuse it.
   const QString nameToken = QStringLiteral("[&NAME]");
-  const qsizetype nameAt = text.indexOf(nameToken, 0, Qt::CaseInsensitive);
+  const qsizetype nameAt = FindToken(text, nameToken, 0);
   qsizetype nameLineStart = -1;
   if (nameAt >= 0) {
     nameLineStart = text.lastIndexOf(QLatin1Char('\n'), nameAt) + 1;
@@ -368,18 +385,18 @@ HeaderText BuildHeader(const settings::Settings& settings, const HeaderRequest& 
   const QString includeStart = QStringLiteral("[&FONT INCLUDE]");
   const QString includeEnd = QStringLiteral("[&/FONT INCLUDE]");
   for (;;) {
-    const qsizetype from = text.indexOf(includeStart, 0, Qt::CaseInsensitive);
+    const qsizetype from = FindToken(text, includeStart, 0);
     if (from < 0) break;
-    const qsizetype to = text.indexOf(includeEnd, from, Qt::CaseInsensitive);
+    const qsizetype to = FindToken(text, includeEnd, from);
     if (to < 0) break;
     text.remove(from, to + includeEnd.size() - from);
   }
 
   const QString compressionToken = QStringLiteral("[&COMPRESSION]");
-  const qsizetype cutAt = text.indexOf(compressionToken, 0, Qt::CaseInsensitive);
+  const qsizetype cutAt = FindToken(text, compressionToken, 0);
   if (cutAt >= 0) {
     out.hasCompressionToken = true;
-    qsizetype cutEnd = text.indexOf(QStringLiteral("[&FONT BITMAPS]"), cutAt, Qt::CaseInsensitive);
+    qsizetype cutEnd = FindToken(text, QStringLiteral("[&FONT BITMAPS]"), cutAt);
     if (cutEnd < 0) cutEnd = text.size();
     QString compressed = text.mid(cutAt, cutEnd - cutAt);
     text.remove(cutAt, cutEnd - cutAt);

@@ -18,20 +18,34 @@ class PixelSource {
 };
 
 /// A PixelSource over a 32-bit QImage (Format_RGB32 or ARGB32), reading scan lines directly.
+/// The image must stay unchanged while the source is in use.
 class ImagePixelSource final : public PixelSource {
  public:
-  explicit ImagePixelSource(const QImage& image) : image_(image) {}
-  int Width() const override { return image_.width(); }
-  int Height() const override { return image_.height(); }
+  explicit ImagePixelSource(const QImage& image)
+      : bits_(image.constBits()),
+        bytesPerLine_(image.bytesPerLine()),
+        width_(image.width()),
+        height_(image.height()) {}
+  int Width() const override { return width_; }
+  int Height() const override { return height_; }
   std::int64_t PixelAt(int x, int y) const override {
-    if (x < 0 || y < 0 || x >= image_.width() || y >= image_.height()) return -1;
-    const QRgb v = reinterpret_cast<const QRgb*>(image_.constScanLine(y))[x];
-    return std::int64_t(qRed(v)) | (std::int64_t(qGreen(v)) << 8) |
-           (std::int64_t(qBlue(v)) << 16);
+    if (x < 0 || y < 0 || x >= width_ || y >= height_) return -1;
+    return Color(Row(y)[x]);
+  }
+  /// The pixels of row `y` (0 <= y < Height()).
+  const QRgb* Row(int y) const {
+    return reinterpret_cast<const QRgb*>(bits_ + static_cast<qsizetype>(y) * bytesPerLine_);
+  }
+  /// A pixel as the canvas stores colours: 0x00BBGGRR.
+  static std::uint32_t Color(QRgb v) {
+    return ((v >> 16) & 0xFFu) | (v & 0xFF00u) | ((v & 0xFFu) << 16);
   }
 
  private:
-  const QImage& image_;
+  const uchar* bits_;
+  qsizetype bytesPerLine_;
+  int width_;
+  int height_;
 };
 
 }  // namespace vt::convert

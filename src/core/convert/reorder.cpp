@@ -13,19 +13,6 @@ const QString kSwapBytes = QStringLiteral("SWAP BYTES 16 BITS");
 
 quint32 BitOf(quint32 value, int bit) { return (value >> bit) & 1u; }
 
-/// Exchanges the bit pairs (high, high - distance) for high from `top` down `count` times,
-/// each only when depthWord + 1 reaches its higher bit.
-int ExchangePairs(int value, int top, int distance, int count, int depthWord) {
-  quint32 v = static_cast<quint32>(value);
-  for (int high = top; high > top - count; --high) {
-    if (depthWord + 1 < high) continue;
-    const int low = high - distance;
-    const quint32 a = BitOf(v, high), b = BitOf(v, low);
-    v = (v & ~((1u << high) | (1u << low))) | (b << high) | (a << low);
-  }
-  return static_cast<int>(v);
-}
-
 }  // namespace
 
 QString ReorderGrid::GetReorderData(int col, int row) const {
@@ -71,13 +58,11 @@ int ReorderBitLimit(const settings::Settings& settings) {
   return mode ? settings::Info(*mode).colorDepthWord : 8;
 }
 
-int ReorderOutput(const ReorderGrid& grid, int value, int bitLimit) {
-  const quint32 incoming = static_cast<quint32>(value);
-  quint32 result = incoming;
+ReorderProgram::ReorderProgram(const ReorderGrid& grid, int bitLimit) {
   for (int row = 0; row < ReorderGrid::kRows; ++row) {
     const QString command = grid.GetReorderData(0, row).toUpper();
     if (command == kSwapBytes) {
-      result = ((result & 0xFFu) << 8) | ((result >> 8) & 0xFFu);
+      swapBytes_ = true;
       break;
     }
     if (command.isEmpty()) break;
@@ -88,27 +73,27 @@ int ReorderOutput(const ReorderGrid& grid, int value, int bitLimit) {
     // A bit number must name a bit: negative numbers are as ineffective as too large ones.
     const int limit = std::min(bitLimit, 31);
     if (!okA || !okB || a < 0 || b < 0 || a > limit || b > limit) continue;
-    result =
-        (result & ~((1u << a) | (1u << b))) | (BitOf(incoming, a) << b) | (BitOf(incoming, b) << a);
+    swaps_.push_back({a, b});
   }
+}
+
+int ReorderProgram::Apply(int value) const {
+  const quint32 incoming = static_cast<quint32>(value);
+  quint32 result = incoming;
+  for (const Swap& s : swaps_) {
+    result = (result & ~((1u << s.a) | (1u << s.b))) | (BitOf(incoming, s.a) << s.b) |
+             (BitOf(incoming, s.b) << s.a);
+  }
+  if (swapBytes_) result = ((result & 0xFFu) << 8) | ((result >> 8) & 0xFFu);
   return static_cast<int>(result);
+}
+
+int ReorderOutput(const ReorderGrid& grid, int value, int bitLimit) {
+  return ReorderProgram(grid, bitLimit).Apply(value);
 }
 
 QString DoReorderStatus(bool dore) {
   return dore ? QStringLiteral("[ON]") : QStringLiteral("[OFF]");
-}
-
-int Reorder4096Output(int value, int depthWord) {
-  return ExchangePairs(value, 11, 8, 4, depthWord);
-}
-int Reorder65kOutput(int value, int depthWord) {
-  return ExchangePairs(value, 15, 11, 5, depthWord);
-}
-int Reorder262kOutput(int value, int depthWord) {
-  return ExchangePairs(value, 17, 12, 6, depthWord);
-}
-int Reorder16MOutput(int value, int depthWord) {
-  return ExchangePairs(value, 23, 16, 8, depthWord);
 }
 
 }  // namespace vt::convert

@@ -1,0 +1,294 @@
+// SPDX-License-Identifier: MIT
+// The fast loops against the walkers and packers, and the bulk placing of bytes against the
+// value-by-value way: the same pictures and bytes through both, over the modes, directions,
+// corners and the keys that change bytes or text, must give the same text and counts.
+#include "convert/fast_walk.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <memory>
+#include <random>
+#include <string>
+
+#include "canvas/color_reduction.h"
+#include "convert/array_writer.h"
+#include "convert/color_packers.h"
+#include "convert/data_text.h"
+#include "convert/reorder.h"
+#include "convert_test_util.h"
+#include "settings/geometry.h"
+#include "settings/pixel_modes.h"
+
+namespace vt::convert {
+namespace {
+
+using settings::PixelMode;
+using settings::ScanDirection;
+
+/// A picture of `width` x `height` in colours of `mode`'s search table (black and white in
+/// monochrome, any colour in 16M), drawn from `seed`; `stray` (when not 0) puts a colour the
+/// table lacks at one pixel.
+QImage RandomPicture(PixelMode mode, int width, int height, unsigned seed, QRgb stray = 0) {
+  std::mt19937 random(seed);
+  static std::map<PixelMode, canvas::Palette> tables;
+  if (!tables.count(mode)) tables[mode] = canvas::DefaultSearchTable(mode);
+  const canvas::Palette& table = tables[mode];
+  QImage image(width, height, QImage::Format_RGB32);
+  for (int y = 0; y < height; ++y) {
+    for (int x = 0; x < width; ++x) {
+      canvas::Color c = 0;
+      if (settings::IsMonochromeMode(mode)) {
+        c = random() % 2 ? 0xFFFFFF : 0;
+      } else if (table.empty()) {
+        c = random() & 0xFFFFFF;
+      } else {
+        // Runs of one colour now and then, as pictures have them.
+        c = table[random() % table.size()];
+      }
+      image.setPixel(x, y, canvas::ToQRgb(c));
+      if (x > 0 && random() % 4 == 0) image.setPixel(x, y, image.pixel(x - 1, y));
+    }
+  }
+  if (stray != 0) image.setPixel(width / 2, height / 2, stray);
+  return image;
+}
+
+/// The index of `mode`'s search table, built once per mode for all the walks.
+std::shared_ptr<const canvas::ColorIndexer> TableIndex(PixelMode mode) {
+  static std::map<PixelMode, std::shared_ptr<const canvas::ColorIndexer>> indexes;
+  auto& index = indexes[mode];
+  if (!index)
+    index = std::make_shared<const canvas::ColorIndexer>(canvas::DefaultSearchTable(mode));
+  return index;
+}
+
+/// Everything a walk leaves that the export uses.
+struct Outcome {
+  QString text;
+  bool completed = false;
+  bool aborted = false;
+  double byteCount = 0;
+  int pages = 0, bytesPerRow = 0;
+  long long values = 0;
+  std::optional<std::int64_t> notFound;
+};
+
+bool operator==(const Outcome& a, const Outcome& b) {
+  return a.text == b.text && a.completed == b.completed && a.aborted == b.aborted &&
+         a.byteCount == b.byteCount && a.pages == b.pages && a.bytesPerRow == b.bytesPerRow &&
+         a.values == b.values && a.notFound == b.notFound;
+}
+
+void PrintTo(const Outcome& o, std::ostream* out) {
+  *out << "completed " << o.completed << " aborted " << o.aborted << " bytes " << o.byteCount
+       << " pages " << o.pages << " per row " << o.bytesPerRow << " values " << o.values << "\n"
+       << o.text.left(600).toStdString();
+}
+
+/// Walks `area` of `image` the general way or the fast way (`covered` tells whether the fast
+/// way took it), Escape pressed at poll `escapeAt` (0: never), values rearranged by `grid`.
+Outcome Walk(const settings::Settings& s, const QImage& image, AreaBounds area, bool fast,
+             bool* covered = nullptr, int escapeAt = 0, const ReorderGrid* grid = nullptr) {
+  app::TextBuffer text;
+  const long long count = DataByteCount(s, area.right - area.left, area.bottom - area.top);
+  DataTextWriter writer(s, text, {EndOfLineFlagsOf(s.format), count});
+  ColorSearch colors(TableIndex(canvas::ModeOf(s)), -1);
+  std::optional<GridReorderStage> reorder;
+  if (grid) reorder.emplace(*grid, s);
+  test::EscapeOnPoll keys(escapeAt);
+  const ImagePixelSource source(image);
+  const WalkRequest request{
+      .settings = s,
+      .source = source,
+      .stages = PackerStages{writer, nullptr, reorder ? &*reorder : nullptr, &colors},
+      .keyPoll = keys,
+      .area = area};
+  ConversionCursor cursor;
+  Outcome o;
+  if (fast) {
+    const std::optional<bool> done =
+        FastWalkArea(request, source, writer, reorder ? &reorder->Program() : nullptr, cursor);
+    if (covered) *covered = done.has_value();
+    if (!done) return o;
+    o.completed = *done;
+  } else {
+    o.completed = WalkArea(request, cursor);
+  }
+  if (o.completed) writer.WriteDataEnd(HeaderText{}, DataEndInfo{});
+  o.text = text.Text() + QLatin1Char('|') + writer.Line();
+  o.aborted = cursor.Aborted;
+  o.byteCount = cursor.ByteCount;
+  o.pages = cursor.PagesPerColumn;
+  o.bytesPerRow = cursor.BytesPerRow;
+  o.values = writer.ValueCount();
+  o.notFound = colors.notFound;
+  return o;
+}
+
+/// Settings for `mode` walked in `direction` from corner `corner` (1 to 4) over `image`.
+settings::Settings For(PixelMode mode, ScanDirection direction, int corner, const QImage& image,
+                       const std::string& keys) {
+  settings::Settings s =
+      test::With(("tr=0|CORN1=0|" + std::string(settings::Info(direction).key) + "=1|CORN" +
+                  std::to_string(corner) + "=1|GWI=" + std::to_string(image.width()) +
+                  "|GHI=" + std::to_string(image.height()) + "|Noonts=1|BSD=0")
+                     .c_str());
+  settings::ApplyModeFlags(s.pixel, settings::Info(mode).flags);
+  return test::With(keys.c_str(), s);
+}
+
+TEST(FastWalk, GivesTheBytesOfTheWalkersInEveryModeDirectionAndCorner) {
+  // Keys that change how bytes are read, packed or spelled; each mode takes those of its own.
+  const char* const common[] = {"",
+                                "MSBF=0",
+                                "Neg=1|ORGC=3",
+                                "ORGC=1|Nodcom=1",
+                                "ColRx=1|fpar11={|fpar12=}|ORGC=5",
+                                "bits=16|ORGC=4",
+                                "FXHB=+D+|ORGC=7",
+                                "NOMAT=1"};
+  const char* const own[] = {"PPB=5",       "PPB=7|MSBF=0",      "snib=1", "PM=1",
+                             "PM=0",        "GRL32=1",           "rgb2=1", "SWRG=1",
+                             "RGBA=1|PM=0", "RGBA=1|rgb2=1|PM=0"};
+  ReorderGrid grid;
+  grid.SetRow(0, "SWAP BITS", 0, 7);
+  grid.SetRow(1, "SWAP BITS", 2, 5);
+  int covered = 0, walks = 0;
+  for (const settings::PixelModeInfo& info : settings::PixelModeTable()) {
+    const PixelMode mode = info.mode;
+    const QImage wide = RandomPicture(mode, 24, 16, 11 + unsigned(mode));
+    const QImage odd = RandomPicture(mode, 19, 13, 29 + unsigned(mode));
+    for (const settings::ScanDirectionInfo& d : settings::ScanDirectionTable()) {
+      for (int corner = 1; corner <= 4; ++corner) {
+        struct Run {
+          const QImage& image;
+          AreaBounds area;
+          std::string keys;
+          bool rearranged;
+        };
+        std::vector<Run> runs;
+        for (const char* keys : common) runs.push_back({wide, {0, 0, 24, 16}, keys, false});
+        for (const char* keys : own) runs.push_back({wide, {0, 0, 24, 16}, keys, false});
+        runs.push_back({wide, {0, 0, 24, 16}, "dore=1", true});
+        runs.push_back({odd, {0, 0, 19, 13}, "", false});
+        runs.push_back({odd, {2, 1, 18, 12}, "MSBF=0", false});
+        runs.push_back({wide, {8, 8, 24, 16}, "", false});  // the lower right quarter
+        for (const Run& run : runs) {
+          const settings::Settings s = For(mode, d.direction, corner, run.image, run.keys);
+          const ReorderGrid* g = run.rearranged ? &grid : nullptr;
+          bool taken = false;
+          const Outcome fast = Walk(s, run.image, run.area, true, &taken, 0, g);
+          ++walks;
+          if (!taken) continue;
+          ++covered;
+          SCOPED_TRACE(info.cliName + std::string(" ") + d.key + " CORN" + std::to_string(corner) +
+                       " " + run.keys);
+          EXPECT_EQ(fast, Walk(s, run.image, run.area, false, nullptr, 0, g));
+        }
+      }
+    }
+  }
+  // Most walks take the fast way; the rest are the cases it leaves to the walkers.
+  EXPECT_GT(covered, walks / 2) << covered << " of " << walks;
+}
+
+TEST(FastWalk, CoversTheDefaultWalkOfEveryModeButSixBitBytes) {
+  for (const settings::PixelModeInfo& info : settings::PixelModeTable()) {
+    const QImage picture = RandomPicture(info.mode, 24, 16, 3);
+    for (const char* keys : {"", "bw8=0"}) {
+      const settings::Settings s = For(info.mode, ScanDirection::tr, 1, picture, keys);
+      bool taken = false;
+      Walk(s, picture, {0, 0, 24, 16}, true, &taken);
+      const bool sixBits = settings::IsMonochromeMode(info.mode) && !s.pixel.bw8;
+      EXPECT_EQ(taken, !sixBits) << info.cliName << " " << keys;
+    }
+  }
+}
+
+TEST(FastWalk, StopsWhereTheWalkersStop) {
+  // Escape at a poll inside the walk, and a colour the palette lacks (262k keeps it as its
+  // own value): the same partial text, the same colour named.
+  for (const PixelMode mode :
+       {PixelMode::Monochrome, PixelMode::Gray4, PixelMode::Colors16, PixelMode::Colors4096Packed,
+        PixelMode::Colors65536, PixelMode::Colors262k, PixelMode::Gray32Packed}) {
+    const QImage stray = RandomPicture(mode, 24, 16, 5, qRgb(1, 2, 3));
+    for (const ScanDirection direction : {ScanDirection::tr, ScanDirection::tda}) {
+      for (const int escapeAt : {0, 1, 9, 40}) {
+        const settings::Settings s = For(mode, direction, 1, stray, "ORGC=4");
+        bool taken = false;
+        const Outcome fast = Walk(s, stray, {0, 0, 24, 16}, true, &taken, escapeAt);
+        ASSERT_TRUE(taken) << settings::Info(mode).cliName;
+        const Outcome general = Walk(s, stray, {0, 0, 24, 16}, false, nullptr, escapeAt);
+        EXPECT_EQ(fast, general) << settings::Info(mode).cliName << " escape " << escapeAt;
+        if (escapeAt == 0 && !settings::IsMonochromeMode(mode) && mode != PixelMode::Colors262k) {
+          EXPECT_EQ(fast.notFound, std::optional<std::int64_t>(0x030201));
+        }
+      }
+    }
+  }
+}
+
+TEST(FastWalk, LeavesReadsOutsideThePictureOrPastABoundToTheWalkers) {
+  const QImage picture = RandomPicture(PixelMode::Monochrome, 16, 16, 9);
+  const struct {
+    const char* keys;
+    AreaBounds area;
+  } cases[] = {
+      {"", {4, 0, 20, 16}},                  // the area runs past the right edge
+      {"GWI=10", {0, 0, 16, 16}},            // LimitX cuts the second byte of each row
+      {"tr=0|td=1|GHI=12", {0, 0, 16, 16}},  // LimitY cuts the second page
+      {"tr=0|tl=1", {-4, 0, 12, 16}},        // the leftward walk reads left of the picture
+  };
+  for (const auto& c : cases) {
+    settings::Settings s = For(PixelMode::Monochrome, ScanDirection::tr, 1, picture, "");
+    s = test::With(c.keys, s);
+    bool taken = true;
+    Walk(s, picture, c.area, true, &taken);
+    EXPECT_FALSE(taken) << c.keys;
+  }
+}
+
+TEST(DataTextWriterBulk, PlacesBytesAsValueByValueDoes) {
+  const char* const formats[] = {
+      "", "ORGC=1|Nodcom=1", "ORGC=1|Eolcom=0|Nodcom=1", "ORGC=2", "ORGC=3|FXHB=H|Addof=1",
+      "ORGC=5|FXHB=0B", "ORGC=4|FXHB=B", "ORGC=6|FXHB=+B+|VALpref=%", "ORGC=3|FXHB=+H+|VALpref=$",
+      "ORGC=3|FXHB=+H+|VALpref=$|Addof=1|WithSp=0", "ORGC=10|FXHB=+D+", "ORGC=4|FXHB=+D+|COMAh=0",
+      "ORGC=3|COMAv=0|COMAS=1|sepst=;", "ORGC=2|LineN=1|CPRE=L|cpfr=:",
+      // Blanks that make a run of four: the end mark goes before it.
+      "ORGC=3|CPRE=\t.db    |cpfr= ", "ORGC=4|FXHB=+H+|VALpref=  |VALSUF=  ",
+      "ORGC=3|Eolcom=0|EolSem=1", "ORGC=3|EolStr=1|eolst= \\", "ORGC=3|EolStr=1|eolst=#",
+      "ORGC=4|FXHB=+H+|VALpref=0x|VALSUF=,|COMAh=0|COMAv=0", "ORGC=8|Neg=1",
+      "ORGC=3|FXHB=+H+|VALpref=\xC2\xA7|VALSUF=\xE2\x82\xAC", "ORGC=16|delallas=1",
+      "ORGC=4|FXHB=+H+|VALpref=0xxxxxxxxxxxxxxxxx",  // longer than a slot: value by value
+      "ORGC=2|bits=16", "ORGC=2|DHec=1|D8bc=0"};
+  std::mt19937 random(1);
+  std::vector<std::uint8_t> bytes(97);
+  for (auto& b : bytes) b = static_cast<std::uint8_t>(random());
+  for (const char* keys : formats) {
+    for (const long long count : {0LL, 97LL, 98LL, 50LL}) {
+      const settings::Settings s = test::With(keys, test::With("Noonts=1|BSD=0"));
+      app::TextBuffer one, bulk;
+      DataTextWriter byValue(s, one, {EndOfLineFlagsOf(s.format), count});
+      DataTextWriter inRuns(s, bulk, {EndOfLineFlagsOf(s.format), count});
+      for (const std::uint8_t b : bytes) {
+        byValue.StartComment();
+        byValue.EmitValue(b, true);
+      }
+      // Runs of changing lengths, across line ends.
+      for (std::size_t at = 0, run = 1; at < bytes.size(); at += run, run = run % 13 + 1) {
+        inRuns.EmitValues(bytes.data() + at, std::min(run, bytes.size() - at));
+      }
+      SCOPED_TRACE(std::string(keys) + " count " + std::to_string(count));
+      EXPECT_EQ(inRuns.Line(), byValue.Line());
+      EXPECT_EQ(inRuns.ValueCount(), byValue.ValueCount());
+      EXPECT_EQ(inRuns.ArrayBytes(), byValue.ArrayBytes());
+      byValue.WriteDataEnd(HeaderText{}, DataEndInfo{});
+      inRuns.WriteDataEnd(HeaderText{}, DataEndInfo{});
+      EXPECT_EQ(bulk.Text(), one.Text());
+    }
+  }
+}
+
+}  // namespace
+}  // namespace vt::convert
