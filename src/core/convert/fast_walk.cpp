@@ -678,27 +678,7 @@ std::optional<bool> FastWalkArea(const WalkRequest& request, const ImagePixelSou
   // covered after all.
   const ConversionCursor before = cursor;
   ConversionCursor& c = cursor;
-  c.AreaLeft = request.area.left;
-  c.AreaTop = request.area.top;
-  c.AreaRight = request.area.right;
-  c.AreaBottom = request.area.bottom;
-  if (request.lowerHalf && settings::Info(*direction).horizontal) {
-    c.AreaTop = s.display.GHI;
-    c.AreaBottom = 2 * s.display.GHI;
-  }
-  c.AreaWidth = c.AreaRight - c.AreaLeft;
-  c.AreaHeight = c.AreaBottom - c.AreaTop;
-  c.LimitX = request.limitX.value_or(s.display.GWI);
-  c.LimitY = request.limitY.value_or(s.display.GHI);
-  c.FontMode = request.fontMode;
-  c.ByteCount = 0.0;
-  c.Value = 0;
-  c.PackedPhase = 0;
-  c.PagesPerColumn = 0;
-  c.BytesPerRow = 0;
-
-  const double p =
-      request.pixelsPerByte.value_or(s.display.NOMAT ? 1.0 : settings::PixelsPerByte(s));
+  const double p = StartWalk(request, direction, c);
   FastWalk walk(request, image, writer, reorder, c, mode, *kind, p);
   if (!walk.Plan(*direction)) {
     cursor = before;

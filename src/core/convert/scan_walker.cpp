@@ -281,10 +281,9 @@ bool CheckStop(platform::KeyPoll& keyPoll, const ConversionCursor& cursor) {
   return cursor.Aborted || keyPoll.EscapePressed();
 }
 
-bool WalkArea(const WalkRequest& request, ConversionCursor& cursor) {
+double StartWalk(const WalkRequest& request, std::optional<ScanDirection> direction,
+                 ConversionCursor& cursor) {
   const settings::Settings& s = request.settings;
-  const std::optional<ScanDirection> direction = settings::CurrentScanDirection(s);
-
   cursor.AreaLeft = request.area.left;
   cursor.AreaTop = request.area.top;
   cursor.AreaRight = request.area.right;
@@ -303,10 +302,13 @@ bool WalkArea(const WalkRequest& request, ConversionCursor& cursor) {
   cursor.PackedPhase = 0;
   cursor.PagesPerColumn = 0;
   cursor.BytesPerRow = 0;
-  if (!direction) return true;
+  return request.pixelsPerByte.value_or(s.display.NOMAT ? 1.0 : settings::PixelsPerByte(s));
+}
 
-  const double p =
-      request.pixelsPerByte.value_or(s.display.NOMAT ? 1.0 : settings::PixelsPerByte(s));
+bool WalkArea(const WalkRequest& request, ConversionCursor& cursor) {
+  const std::optional<ScanDirection> direction = settings::CurrentScanDirection(request.settings);
+  const double p = StartWalk(request, direction, cursor);
+  if (!direction) return true;
   Walk walk(request, cursor, p);
   return walk.Run(*direction);
 }

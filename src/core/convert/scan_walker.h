@@ -10,6 +10,7 @@
 #include "convert/packers.h"
 #include "convert/pixel_source.h"
 #include "platform/key_poll.h"
+#include "settings/geometry.h"
 #include "settings/settings.h"
 
 namespace vt::convert {
@@ -46,6 +47,12 @@ struct WalkRequest {
 /// True when the walk must stop: the cursor was aborted by a failed colour search, or Escape
 /// was pressed (the key poll is asked only when the cursor is not aborted).
 bool CheckStop(platform::KeyPoll& keyPoll, const ConversionCursor& cursor);
+
+/// Sets the cursor up for a walk of `request` in `direction` (empty: no direction key is set):
+/// the area (the lower half when asked, for horizontal directions), the limits, FontMode, and
+/// the counts and the packer state cleared. Returns the PixelsPerByte the walk counts with.
+double StartWalk(const WalkRequest& request, std::optional<settings::ScanDirection> direction,
+                 ConversionCursor& cursor);
 
 /// Walks the area in the order of the current data direction, taking the first true key of
 /// td, tu, tda, tua, tr, tl, tra, tla. The cursor receives the area, the limits, FontMode and
