@@ -46,6 +46,17 @@ TEST_F(ExplorerTest, ListsProjectsAndFoldersAndActivatesTheChosenProject) {
   explorer.ActivateSelected();
   EXPECT_EQ(activated, 1);
   EXPECT_EQ(QFileInfo(app::CurrentSettingsFile(state)).fileName(), QStringLiteral("Board.LCD"));
+
+  // A change made in the project goes with it: away to the default project and back again.
+  state.settings.format.FXHB = QStringLiteral("H");
+  explorer.Projects()->setCurrentRow(1);
+  explorer.ActivateSelected();
+  EXPECT_EQ(QFileInfo(app::CurrentSettingsFile(state)).fileName(), QStringLiteral("default.LCD"));
+  EXPECT_NE(state.settings.format.FXHB, QStringLiteral("H"));
+  explorer.Projects()->setCurrentRow(0);
+  explorer.ActivateSelected();
+  EXPECT_EQ(state.settings.format.FXHB, QStringLiteral("H"));
+  EXPECT_EQ(activated, 3);
 }
 
 // F2 (or the list's context menu) puts the item into edit mode after the checks; the end of the
