@@ -13,11 +13,6 @@ using settings::PixelMode;
 namespace Answer = platform::Answer;
 namespace Buttons = platform::Buttons;
 
-bool IsGrayMode(PixelMode mode) {
-  return (mode >= PixelMode::Gray4 && mode <= PixelMode::Gray16Slices) ||
-         mode == PixelMode::Gray256;
-}
-
 void Tell(app::AppState& state, app::Services& services, const QString& text) {
   app::MessageDlgA(state, services.dialogs, text, QString::fromLatin1(texts::kInfoTitle), 0,
                    Buttons::Ok, DialogType::Information);
@@ -52,7 +47,7 @@ ColorCheck CheckColorsSelection(app::AppState& state, app::Services& services, Q
   const int levels = PaletteInfoOf(mode).entries;
   if (levels == 0) return ColorCheck::Kept;  // 16M colours take any picture
 
-  const bool gray = IsGrayMode(mode);
+  const bool gray = settings::IsGrayMode(mode);
   const int colors = gray ? CheckGray256(state, picture) : CountPictureColors(picture);
   if (colors <= levels) {
     if (gray) DoGrayscale(picture);

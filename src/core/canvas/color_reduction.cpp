@@ -343,8 +343,7 @@ void ReduceLikeLoading(QImage& image, PaletteState& palettes, PixelMode mode,
                        platform::KeyPoll& escape) {
   const PaletteInfo info = PaletteInfoOf(mode);
   if (info.entries == 0) return;
-  const bool gray = mode != PixelMode::Colors8 && mode != PixelMode::Colors16 && !info.large;
-  if (gray || mode == PixelMode::Gray256) DoGrayscale(image);
+  if (settings::IsGrayMode(mode)) DoGrayscale(image);
   if (DistinctColors(image, info.entries) > info.entries) {
     ConvertToNearestColor(image, palettes, mode, escape);
   }

@@ -195,6 +195,11 @@ bool IsMonochromeMode(PixelMode mode) {
   return mode == PixelMode::Monochrome || mode == PixelMode::MonochromeInverted;
 }
 
+bool IsGrayMode(PixelMode mode) {
+  return (mode >= PixelMode::Gray4 && mode <= PixelMode::Gray16Slices) ||
+         mode == PixelMode::Gray256;
+}
+
 QString PixelModeName(PixelMode mode) { return QString::fromLatin1(Info(mode).cliName); }
 
 std::optional<PixelMode> PixelModeFromName(const QString& name) {

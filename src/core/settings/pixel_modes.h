@@ -115,6 +115,8 @@ int LevelCount(const Settings& settings);
 
 /// True for Monochrome and Monochrome inverted.
 bool IsMonochromeMode(PixelMode mode);
+/// True for the gray modes: 4, 16 and 32 levels in all their forms, and 256 grays.
+bool IsGrayMode(PixelMode mode);
 
 /// Command-line name of `mode` ("monochrome", "gray16-h", ...); empty for the own-palette
 /// 256 colour mode, which no command-line name reaches.
