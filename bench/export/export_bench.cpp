@@ -14,6 +14,7 @@
 #include <QTemporaryDir>
 #include <QTextStream>
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -154,10 +155,22 @@ double ExportMs(const QImage& picture, settings::PixelMode mode, const QString& 
 int main(int argc, char* argv[]) {
   const bool smoke = argc > 1 && std::strcmp(argv[1], "--smoke") == 0;
   // --only NAME measures one mode.
-  const QString only =
-      argc > 2 && std::strcmp(argv[1], "--only") == 0 ? QString::fromLatin1(argv[2]) : QString();
-  const std::vector<QSize> sizes = smoke ? std::vector<QSize>{{16, 8}, {32, 24}}
-                                         : std::vector<QSize>{{128, 64}, {320, 240}, {800, 480}};
+  // --size WxH measures one picture size; --rounds N repeats each export N times (for a
+  // profiler).
+  QString only;
+  int forcedRounds = 0;
+  std::vector<QSize> sizes = smoke ? std::vector<QSize>{{16, 8}, {32, 24}}
+                                   : std::vector<QSize>{{128, 64}, {320, 240}, {800, 480}};
+  for (int i = 1; i + 1 < argc; i += 2) {
+    if (std::strcmp(argv[i], "--only") == 0) only = QString::fromLatin1(argv[i + 1]);
+    if (std::strcmp(argv[i], "--rounds") == 0) forcedRounds = std::max(1, std::atoi(argv[i + 1]));
+    if (std::strcmp(argv[i], "--size") == 0) {
+      const QStringList wh = QString::fromLatin1(argv[i + 1]).split(QLatin1Char('x'));
+      if (wh.size() == 2 && wh[0].toInt() > 0 && wh[1].toInt() > 0) {
+        sizes = {QSize(wh[0].toInt(), wh[1].toInt())};
+      }
+    }
+  }
   if (argc > 2 && std::strcmp(argv[1], "--write-pictures") == 0) {
     for (const QSize size : sizes) {
       const QImage picture = Picture(size.width(), size.height());
@@ -172,8 +185,8 @@ int main(int argc, char* argv[]) {
     }
     return 0;
   }
-  const double budget = smoke ? 0 : 300;
-  const int rounds = smoke ? 1 : 20;
+  const double budget = smoke ? 0 : forcedRounds > 0 ? 1e300 : 300;
+  const int rounds = smoke ? 1 : forcedRounds > 0 ? forcedRounds : 20;
   QTextStream out(stdout);
   QTemporaryDir folder;
   vt::app::Log log;

@@ -230,7 +230,8 @@ bool WriteExportReport(app::AppState& state, app::Services& services,
     return false;
   }
   QDir().mkpath(QFileInfo(path).absolutePath());
-  if (!WriteFileAtomically(path, RtfDocument(ExportReportParagraphs(settings, info)))) {
+  if (!WriteFileAtomically(path, RtfDocument(ExportReportParagraphs(settings, info)),
+                           Durability::Cached)) {
     state.log.HandledExcept(QStringLiteral("Error While Trying to Make Document File !"));
     return false;
   }
