@@ -96,7 +96,10 @@ Outcome Walk(const settings::Settings& s, const QImage& image, AreaBounds area, 
   ColorSearch colors(TableIndex(canvas::ModeOf(s)), -1);
   std::optional<GridReorderStage> reorder;
   if (grid) reorder.emplace(*grid, s);
-  test::EscapeOnPoll keys(escapeAt);
+  // Without a press the walk may skip the poll: a poll that cannot report one lets it.
+  test::EscapeOnPoll pressing(escapeAt);
+  platform::NoKeyPoll never;
+  platform::KeyPoll& keys = escapeAt > 0 ? static_cast<platform::KeyPoll&>(pressing) : never;
   const ImagePixelSource source(image);
   const WalkRequest request{
       .settings = s,

@@ -93,6 +93,21 @@ class ColorIndexer {
   }
   int size() const { return size_; }
 
+  /// The channel tables of a grid table: a channel value's level, or -1 when the grid lacks
+  /// it; the index is blue << shiftBlue | green << shiftGreen | red.
+  struct GridTables {
+    const std::int16_t* red;
+    const std::int16_t* green;
+    const std::int16_t* blue;
+    int shiftGreen;
+    int shiftBlue;
+  };
+  /// The grid tables, when the table is a grid.
+  std::optional<GridTables> Grid() const {
+    if (!grid_) return std::nullopt;
+    return GridTables{channels_[0], channels_[1], channels_[2], shiftGreen_, shiftBlue_};
+  }
+
  private:
   static constexpr std::uint64_t kEmpty = ~std::uint64_t{0};
   /// Whether the table is a grid (see GridBitsOf); sets up the channel indexes when it is.

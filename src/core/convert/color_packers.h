@@ -45,6 +45,10 @@ class ColorSearch {
     return i < 0 && c == 0 && blackSlot_ >= 0 ? blackSlot_ : i;
   }
 
+  /// The index searched, and the black slot (-1: none).
+  const canvas::ColorIndexer& Indexer() const { return *index_; }
+  int BlackSlot() const { return blackSlot_; }
+
   /// The colour whose search failed; empty while none did.
   std::optional<std::int64_t> notFound;
 

@@ -78,7 +78,8 @@ class FastWalk {
         colors_(request.stages.colors),
         image_(image),
         width_(image.Width()),
-        height_(image.Height()) {
+        height_(image.Height()),
+        stride_(image.Width() > 0 && image.Height() > 1 ? image.Row(1) - image.Row(0) : 0) {
     // Every value ends as the packers end it: reversed outside monochrome when MSB comes
     // last, then rearranged with dore. On a byte both come down to a table.
     const bool reverse = kind != Kind::Mono && !s_.scan.MSBF;
@@ -177,46 +178,51 @@ class FastWalk {
   }
 
   bool Run() {
+    return request_.keyPoll.CanReportPress() ? RunPolling<true>() : RunPolling<false>();
+  }
+
+ private:
+  static constexpr std::size_t kFlushAt = 4096;
+
+  template <bool Poll>
+  bool RunPolling() {
     bool completed = true;
     switch (kind_) {
       case Kind::Mono:
-        completed = RunAs<Kind::Mono>();
+        completed = RunAs<Kind::Mono, Poll>();
         break;
       case Kind::Levels4:
-        completed = RunAs<Kind::Levels4>();
+        completed = RunAs<Kind::Levels4, Poll>();
         break;
       case Kind::Nibbles:
-        completed = RunAs<Kind::Nibbles>();
+        completed = RunAs<Kind::Nibbles, Poll>();
         break;
       case Kind::Colors8:
-        completed = RunAs<Kind::Colors8>();
+        completed = RunAs<Kind::Colors8, Poll>();
         break;
       case Kind::Index:
-        completed = RunAs<Kind::Index>();
+        completed = RunAs<Kind::Index, Poll>();
         break;
       case Kind::Levels32:
-        completed = RunAs<Kind::Levels32>();
+        completed = RunAs<Kind::Levels32, Poll>();
         break;
       case Kind::C4096:
-        completed = RunAs<Kind::C4096>();
+        completed = RunAs<Kind::C4096, Poll>();
         break;
       case Kind::C65536:
-        completed = RunAs<Kind::C65536>();
+        completed = RunAs<Kind::C65536, Poll>();
         break;
       case Kind::C262k:
-        completed = RunAs<Kind::C262k>();
+        completed = RunAs<Kind::C262k, Poll>();
         break;
       case Kind::C16M:
-        completed = RunAs<Kind::C16M>();
+        completed = RunAs<Kind::C16M, Poll>();
         break;
     }
     Flush();
     c_.ByteCount = static_cast<double>(values_) * ValueStep();
     return completed;
   }
-
- private:
-  static constexpr std::size_t kFlushAt = 4096;
 
   // ---- The counts, as the walkers take them ----------------------------------------------
 
@@ -277,123 +283,354 @@ class FastWalk {
   // ---- The walks ---------------------------------------------------------------------------
 
   /// The walk of the planned direction, with the packer of kind K.
-  template <Kind K>
+  template <Kind K, bool Poll>
   bool RunAs() {
     switch (direction_) {
       case ScanDirection::td:
-        return Down<K>();
+        return Down<K, Poll>();
       case ScanDirection::tu:
-        return Up<K>();
+        return Up<K, Poll>();
       case ScanDirection::tda:
-        return AllColumns<K, 0, 1>(s_.scan.CORN1);
+        return AllColumns<K, Poll, 0, 1>(s_.scan.CORN1);
       case ScanDirection::tua:
-        return AllColumns<K, 0, -1>(s_.scan.CORN4);
+        return AllColumns<K, Poll, 0, -1>(s_.scan.CORN4);
       case ScanDirection::tr:
-        return Rows<K, 1>(s_.scan.CORN1);
+        return Rows<K, Poll, 1>(s_.scan.CORN1);
       case ScanDirection::tl:
-        return Rows<K, -1>(s_.scan.CORN2);
+        return Rows<K, Poll, -1>(s_.scan.CORN2);
       case ScanDirection::tra:
-        return ByteColumns<K, 1>(s_.scan.CORN1);
+        return ByteColumns<K, Poll, 1>(s_.scan.CORN1);
       case ScanDirection::tla:
-        return ByteColumns<K, -1>(s_.scan.CORN2);
+        return ByteColumns<K, Poll, -1>(s_.scan.CORN2);
     }
     return true;
   }
 
-  void GroupStart() {
+  void GroupStart(Octet*& out) {
     if (!s_.block.ColRx) return;
+    out_ = out;
     Flush();
     writer_.GroupStart();
+    out = out_;
   }
 
-  template <Kind K>
+  // The loops keep the output place, the bounds and the picture's rows in locals: the writer
+  // is called between bytes, and members would be read again after each call.
+
+  template <Kind K, bool Poll>
   bool Down() {
     c_.PagesPerColumn = pages_;
     c_.BytesPerRow = c_.AreaWidth;
     const bool leftToRight = s_.scan.CORN1;
-    const int xStart = leftToRight ? c_.AreaLeft : c_.AreaRight - 1;
+    const int left = c_.AreaLeft, right = c_.AreaRight, bottom = c_.AreaBottom;
+    const int xStart = leftToRight ? left : right - 1;
     const int dx = leftToRight ? 1 : -1;
+    const int pages = pages_, step = step_;
+    Octet* out = out_;
     int pageTop = c_.AreaTop;
-    for (int page = 0; page < pages_; ++page) {
-      GroupStart();
-      for (int x = xStart; x >= c_.AreaLeft && x < c_.AreaRight; x += dx) {
-        if (!Byte<K, 0, 1>(x, pageTop)) return false;
+    for (int page = 0; page < pages; ++page) {
+      GroupStart(out);
+      const QRgb* row = image_.Row(pageTop);
+      for (int x = xStart; x >= left && x < right; x += dx) {
+        if (!Byte<K, Poll, 0, 1>(row + x, out)) return Stop(out);
       }
-      pageTop += step_;
-      if (pageTop >= c_.AreaBottom) break;
+      pageTop += step;
+      if (pageTop >= bottom) break;
     }
+    out_ = out;
     return true;
   }
 
-  template <Kind K>
+  template <Kind K, bool Poll>
   bool Up() {
     c_.PagesPerColumn = pages_;
     c_.BytesPerRow = c_.AreaWidth;
     const bool leftToRight = s_.scan.CORN4;
-    const int xStart = leftToRight ? c_.AreaLeft : c_.AreaRight - 1;
+    const int left = c_.AreaLeft, right = c_.AreaRight;
+    const int xStart = leftToRight ? left : right - 1;
     const int dx = leftToRight ? 1 : -1;
+    const int pages = pages_, step = step_;
+    Octet* out = out_;
     int pageBottom = c_.AreaBottom - 1;
-    for (int page = px_.C8 ? 2 : 1; page <= pages_ && pageBottom > -1; ++page) {
-      GroupStart();
-      for (int x = xStart; x >= c_.AreaLeft && x < c_.AreaRight; x += dx) {
-        if (!Byte<K, 0, -1>(x, pageBottom)) return false;
+    for (int page = px_.C8 ? 2 : 1; page <= pages && pageBottom > -1; ++page) {
+      GroupStart(out);
+      const QRgb* row = image_.Row(pageBottom);
+      for (int x = xStart; x >= left && x < right; x += dx) {
+        if (!Byte<K, Poll, 0, -1>(row + x, out)) return Stop(out);
       }
-      pageBottom -= step_;
+      pageBottom -= step;
     }
+    out_ = out;
     return true;
   }
 
-  template <Kind K, int DX, int DY>
+  template <Kind K, bool Poll, int DX, int DY>
   bool AllColumns(bool leftToRight) {
     c_.PagesPerColumn = pages_;
     c_.BytesPerRow = c_.AreaWidth;
     const int dx = leftToRight ? 1 : -1;
+    const int width = c_.AreaWidth, pages = pages_;
+    const std::ptrdiff_t pageStep = std::ptrdiff_t(DY) * k_ * stride_;
+    Octet* out = out_;
     int x = leftToRight ? c_.AreaLeft : c_.AreaRight - 1;
-    for (int column = 0; column < c_.AreaWidth; ++column, x += dx) {
-      GroupStart();
-      int y = DY > 0 ? c_.AreaTop : c_.AreaBottom - 1;
-      for (int page = 0; page < pages_; ++page, y += DY * k_) {
-        if (!Byte<K, DX, DY>(x, y)) return false;
+    const QRgb* first = image_.Row(DY > 0 ? c_.AreaTop : c_.AreaBottom - 1);
+    for (int column = 0; column < width; ++column, x += dx) {
+      GroupStart(out);
+      const QRgb* p = first + x;
+      for (int page = 0; page < pages; ++page, p += pageStep) {
+        if (!Byte<K, Poll, DX, DY>(p, out)) return Stop(out);
       }
     }
+    out_ = out;
     return true;
   }
 
-  template <Kind K, int DX>
+  template <Kind K, bool Poll, int DX>
   bool Rows(bool fromTop) {
+    if constexpr (!Poll && OnePixel(K)) return IndexRows<K, DX>(fromTop);
     c_.BytesPerRow = pages_;
     c_.PagesPerColumn = c_.AreaHeight;
-    const int first = fromTop ? c_.AreaTop : c_.AreaBottom - 1;
+    const int top = c_.AreaTop, bottom = c_.AreaBottom;
+    const int first = fromTop ? top : bottom - 1;
     const int dy = fromTop ? 1 : -1;
-    for (int y = first; y >= c_.AreaTop && y < c_.AreaBottom; y += dy) {
-      GroupStart();
-      int x = DX > 0 ? c_.AreaLeft : c_.AreaRight - 1;
-      for (int b = 0; b < pages_; ++b, x += DX * k_) {
-        if (!Byte<K, DX, 0>(x, y)) return false;
+    const int pages = pages_, k = k_;
+    const int start = DX > 0 ? c_.AreaLeft : c_.AreaRight - 1;
+    Octet* out = out_;
+    for (int y = first; y >= top && y < bottom; y += dy) {
+      GroupStart(out);
+      const QRgb* p = image_.Row(y) + start;
+      for (int b = 0; b < pages; ++b, p += DX * k) {
+        if (!Byte<K, Poll, DX, 0>(p, out)) return Stop(out);
       }
     }
+    out_ = out;
     return true;
   }
 
+  /// Whether one packer call of K reads one pixel.
+  static constexpr bool OnePixel(Kind k) {
+    return k == Kind::Index || k == Kind::Levels32 || k == Kind::C4096 || k == Kind::C65536 ||
+           k == Kind::C262k || k == Kind::C16M;
+  }
+
+  /// Rows of one-pixel calls when Escape is not polled: each stretch of a row is looked up in
+  /// a loop of its own, then packed, with the settings read into locals once. The bytes, and
+  /// the stop at the first colour not found, are those of Byte pixel by pixel.
   template <Kind K, int DX>
+  bool IndexRows(bool fromTop) {
+    c_.BytesPerRow = pages_;
+    c_.PagesPerColumn = c_.AreaHeight;
+    const int top = c_.AreaTop, bottom = c_.AreaBottom;
+    const int first = fromTop ? top : bottom - 1;
+    const int dy = fromTop ? 1 : -1;
+    const int pages = pages_;
+    const int start = DX > 0 ? c_.AreaLeft : c_.AreaRight - 1;
+    constexpr int kStretch = 256;  // at most 4 bytes a pixel: 1024 bytes a stretch
+    const Octet* const flushAt = buffer_.data() + kFlushAt - 4 * kStretch;
+    std::array<int, kStretch> found;
+    const ColorSearch* const colors = colors_;
+    const std::optional<canvas::ColorIndexer::GridTables> grid =
+        colors != nullptr ? colors->Indexer().Grid() : std::nullopt;
+    const int blackSlot = colors != nullptr ? colors->BlackSlot() : -1;
+    QRgb lastPixel = lastPixel_;
+    int lastIndex = lastIndex_;
+    Octet* out = out_;
+    for (int y = first; y >= top && y < bottom; y += dy) {
+      GroupStart(out);
+      const QRgb* p = image_.Row(y) + start;
+      for (int done = 0; done < pages;) {
+        const int n = std::min(kStretch, pages - done);
+        int stop = n;
+        if constexpr (K != Kind::C16M) {
+          if (grid) {
+            // A grid answers from each channel: no search, no branch.
+            const std::int16_t *red = grid->red, *green = grid->green, *blue = grid->blue;
+            const int shiftGreen = grid->shiftGreen, shiftBlue = grid->shiftBlue;
+            for (int i = 0; i < n; ++i) {
+              const QRgb v = p[DX * i];
+              const int r = red[(v >> 16) & 0xFF], g = green[(v >> 8) & 0xFF], b = blue[v & 0xFF];
+              found[std::size_t(i)] =
+                  (r | g | b) < 0 ? -1 : (b << shiftBlue) | (g << shiftGreen) | r;
+            }
+            // Black outside the grid takes the black slot, as the search gives it.
+            if (blackSlot >= 0) {
+              for (int i = 0; i < n; ++i) {
+                if (found[std::size_t(i)] < 0 && (p[DX * i] & 0xFFFFFFu) == 0) {
+                  found[std::size_t(i)] = blackSlot;
+                }
+              }
+            }
+          } else {
+            for (int i = 0; i < n; ++i) {
+              const QRgb v = p[DX * i];
+              if (v != lastPixel) {
+                lastPixel = v;
+                lastIndex = colors->Find(ColorOf(v));
+              }
+              found[std::size_t(i)] = lastIndex;
+            }
+          }
+          if constexpr (K != Kind::C262k) {
+            for (int i = 0; i < n; ++i) {
+              if (found[std::size_t(i)] < 0) {
+                stop = i;
+                break;
+              }
+            }
+          }
+        }
+        out = PackStretch<K, DX>(p, found.data(), stop, out);
+        if (stop < n) {
+          colors_->notFound = std::int64_t(ColorOf(p[DX * stop]));
+          c_.Aborted = true;
+          lastPixel_ = lastPixel, lastIndex_ = lastIndex;
+          return Stop(out);
+        }
+        p += DX * n;
+        done += n;
+        if (out >= flushAt) {
+          out_ = out;
+          Flush();
+          out = out_;
+        }
+      }
+    }
+    lastPixel_ = lastPixel, lastIndex_ = lastIndex;
+    out_ = out;
+    return true;
+  }
+
+  /// Packs `n` one-pixel calls from `p` (table indexes in `found`) into `out`.
+  template <Kind K, int DX>
+  [[gnu::always_inline]] Octet* PackStretch(const QRgb* p, const int* found, int n, Octet* out) {
+    const Octet* const final = final_.data();
+    auto put = [&](int value) { *out++ = final[value & 0xFF]; };
+    const bool pm = px_.PM, rgb2 = px_.rgb2;
+    if constexpr (K == Kind::Index) {
+      for (int i = 0; i < n; ++i) put(Reorder256Output(found[i]));
+    } else if constexpr (K == Kind::Levels32) {
+      if (!pm) {
+        const int scale = px_.GRL32 ? 8 : 1;
+        for (int i = 0; i < n; ++i) put(found[i] * scale);
+        return out;
+      }
+      int phase = phase_, held = held_;
+      for (int i = 0; i < n; ++i) {
+        const int v = found[i] * 8;
+        phase = phase % 3 + 1;
+        if (phase == 1) {
+          held = v;
+        } else if (phase == 2) {
+          put(held + (v >> 6));
+          held = (v * 4) & 224;
+        } else {
+          put(held + (v >> 3));
+        }
+      }
+      phase_ = phase, held_ = held;
+    } else if constexpr (K == Kind::C4096) {
+      if (!pm) {
+        for (int i = 0; i < n; ++i) {
+          const int v = Reorder4096Output(found[i]);
+          const int high = (v >> 8) & 15, low = v & 255;
+          put(rgb2 ? low : high);
+          put(rgb2 ? high : low);
+        }
+        return out;
+      }
+      int phase = phase_, held = held_;
+      for (int i = 0; i < n; ++i) {
+        const int v = Reorder4096Output(found[i]);
+        phase = phase % 2 + 1;
+        if (phase == 1) {
+          held = v;
+          continue;
+        }
+        put(held >> 4);
+        put(((held << 4) & 0xF0) + (v >> 8));
+        put(v & 255);
+      }
+      phase_ = phase, held_ = held;
+    } else if constexpr (K == Kind::C65536) {
+      if (px_.SWRG) {
+        for (int i = 0; i < n; ++i) {
+          const int v = Reorder65kOutput(found[i]);
+          const int g = v & 0x7E0;
+          put((((v << 11) & 0xF800) | g) >> 8);
+          put(((v >> 11) & 0x1F) | (g & 255));
+        }
+      } else {
+        for (int i = 0; i < n; ++i) {
+          const int v = Reorder65kOutput(found[i]);
+          put(v >> 8);
+          put(v & 255);
+        }
+      }
+    } else if constexpr (K == Kind::C262k) {
+      const bool unpacked = px_.C18u;
+      for (int i = 0; i < n; ++i) {
+        // A colour outside the table goes out as its own value.
+        const int index = found[i] >= 0 ? found[i] : int(ColorOf(p[DX * i]));
+        const std::int64_t v = Reorder262kOutput(index);
+        int b0, b1, b2;
+        if (unpacked) {
+          b0 = int((v >> 12) & 63), b1 = int((v >> 6) & 63), b2 = int(v & 63);
+        } else {
+          b0 = int((v >> 16) & 255), b1 = int((v >> 8) & 255), b2 = int(v & 255);
+        }
+        if (rgb2) std::swap(b0, b2);
+        put(b0);
+        put(b1);
+        put(b2);
+      }
+    } else if constexpr (K == Kind::C16M) {
+      const bool unpacked = !pm, rgba = px_.RGBA;
+      for (int i = 0; i < n; ++i) {
+        const std::int64_t v = Reorder16MOutput(int(ColorOf(p[DX * i])));
+        if (unpacked && !rgba) put(0);
+        const int r = int((v >> 16) & 255), g = int((v >> 8) & 255), b = int(v & 255);
+        put(rgb2 ? b : r);
+        put(g);
+        put(rgb2 ? r : b);
+        if (unpacked && rgba && !rgb2) put(0);
+      }
+    }
+    return out;
+  }
+
+  template <Kind K, bool Poll, int DX>
   bool ByteColumns(bool fromTop) {
     c_.BytesPerRow = pages_;
     c_.PagesPerColumn = c_.AreaHeight;
-    const int first = fromTop ? c_.AreaTop : c_.AreaBottom - 1;
+    const int top = c_.AreaTop, bottom = c_.AreaBottom;
+    const int first = fromTop ? top : bottom - 1;
     const int dy = fromTop ? 1 : -1;
-    for (int b = 0; b < pages_; ++b) {
-      const int x = DX > 0 ? c_.AreaLeft + b * step_ : c_.AreaRight - 1 - b * step_;
-      GroupStart();
-      for (int y = first; y >= c_.AreaTop && y < c_.AreaBottom; y += dy) {
-        if (!Byte<K, DX, 0>(x, y)) return false;
+    const int pages = pages_, step = step_;
+    const int left = c_.AreaLeft, right = c_.AreaRight;
+    Octet* out = out_;
+    for (int b = 0; b < pages; ++b) {
+      const int x = DX > 0 ? left + b * step : right - 1 - b * step;
+      GroupStart(out);
+      for (int y = first; y >= top && y < bottom; y += dy) {
+        if (!Byte<K, Poll, DX, 0>(image_.Row(y) + x, out)) return Stop(out);
       }
     }
+    out_ = out;
     return true;
+  }
+
+  bool Stop(Octet* out) {
+    out_ = out;
+    return false;
   }
 
   // ---- One byte ----------------------------------------------------------------------------
 
-  [[gnu::always_inline]] QRgb Pixel(int x, int y) const { return image_.Row(y)[x]; }
+  /// Pixel `i` along (DX, DY) from `p`.
+  template <int DX, int DY>
+  [[gnu::always_inline]] QRgb At(const QRgb* p, int i) const {
+    return p[std::ptrdiff_t(DX) * i + std::ptrdiff_t(DY) * i * stride_];
+  }
   /// The canvas colour 0x00BBGGRR of a pixel.
   static std::uint32_t ColorOf(QRgb v) {
     return ((v >> 16) & 0xFFu) | (v & 0xFF00u) | ((v & 0xFFu) << 16);
@@ -419,8 +656,8 @@ class FastWalk {
     return index;
   }
 
-  [[gnu::always_inline]] void Put(int value) {
-    *out_++ = final_[static_cast<std::size_t>(value & 0xFF)];
+  [[gnu::always_inline]] void Put(Octet*& out, int value) const {
+    *out++ = final_[static_cast<std::size_t>(value & 0xFF)];
   }
 
   void Flush() {
@@ -433,23 +670,26 @@ class FastWalk {
 
   /// Polls Escape, then packs the byte (or bytes) of one packer call at (x, y), the pixels
   /// read along (DX, DY). False when the walk must stop.
-  template <Kind K, int DX, int DY>
-  [[gnu::always_inline]] bool Byte(int x, int y) {
-    if (request_.keyPoll.EscapePressed()) return false;
-    if (!Pack<K, DX, DY>(x, y)) return false;
-    if (out_ >= buffer_.data() + kFlushAt) Flush();
+  template <Kind K, bool Poll, int DX, int DY>
+  [[gnu::always_inline]] bool Byte(const QRgb* p, Octet*& out) {
+    if (Poll && request_.keyPoll.EscapePressed()) return false;
+    if (!Pack<K, DX, DY>(p, out)) return false;
+    if (out >= bufferEnd_) [[unlikely]] {
+      out_ = out;
+      Flush();
+      out = out_;
+    }
     return true;
   }
 
   template <Kind K, int DX, int DY>
-  [[gnu::always_inline]] bool Pack(int x, int y) {
+  [[gnu::always_inline]] bool Pack(const QRgb* p, Octet*& out) {
     switch (K) {
       case Kind::Mono: {
         const bool msbFirst = s_.scan.MSBF;
         int value = 0;
         for (int i = 0; i < 8; ++i) {
-          if ((Pixel(x + DX * i, y + DY * i) & 0xFFFFFFu) == 0)
-            value |= 1 << (msbFirst ? 7 - i : i);
+          if ((At<DX, DY>(p, i) & 0xFFFFFFu) == 0) value |= 1 << (msbFirst ? 7 - i : i);
         }
         // PPB keeps the top bits of a horizontal byte.
         if (DX != 0) {
@@ -457,50 +697,50 @@ class FastWalk {
           const int ppb = s_.pixel.PPB;
           if (ppb >= 4 && ppb <= 7) value &= kMasks[ppb];
         }
-        Put(value);
+        Put(out, value);
         return true;
       }
       case Kind::Levels4: {
         int value = 0;
         for (int i = 0; i < 4; ++i) {
-          const int idx = Index(Pixel(x + DX * i, y + DY * i));
+          const int idx = Index(At<DX, DY>(p, i));
           if (idx < 0) return false;
           value += idx;
           if (i < 3) value <<= 2;
         }
-        Put(value);
+        Put(out, value);
         return true;
       }
       case Kind::Nibbles: {
-        const int i0 = Index(Pixel(x, y));
+        const int i0 = Index(*p);
         if (i0 < 0) return false;
-        const int i1 = Index(Pixel(x + DX, y + DY));
+        const int i1 = Index(At<DX, DY>(p, 1));
         if (i1 < 0) return false;
-        Put(px_.snib ? (i1 << 4) | i0 : (i0 << 4) | i1);
+        Put(out, px_.snib ? (i1 << 4) | i0 : (i0 << 4) | i1);
         return true;
       }
       case Kind::Colors8: {
         int i[8];
         for (int n = 0; n < 8; ++n) {
-          i[n] = Index(Pixel(x + DX * n, y + DY * n));
+          i[n] = Index(At<DX, DY>(p, n));
           if (i[n] < 0) return false;
         }
-        Put(i[0] * 32 + i[1] * 4 + (i[2] >> 1));
-        Put(((i[2] * 128) & 0xFF) + i[3] * 16 + i[4] * 2 + (i[5] >> 2));
-        Put(((i[5] * 64) & 0xFF) + i[6] * 8 + i[7]);
+        Put(out, i[0] * 32 + i[1] * 4 + (i[2] >> 1));
+        Put(out, ((i[2] * 128) & 0xFF) + i[3] * 16 + i[4] * 2 + (i[5] >> 2));
+        Put(out, ((i[5] * 64) & 0xFF) + i[6] * 8 + i[7]);
         return true;
       }
       case Kind::Index: {
-        const int idx = Index(Pixel(x, y));
+        const int idx = Index(*p);
         if (idx < 0) return false;
-        Put(Reorder256Output(idx));
+        Put(out, Reorder256Output(idx));
         return true;
       }
       case Kind::Levels32: {
-        const int idx = Index(Pixel(x, y));
+        const int idx = Index(*p);
         if (idx < 0) return false;
         if (!px_.PM) {
-          Put(px_.GRL32 ? idx * 8 : idx);
+          Put(out, px_.GRL32 ? idx * 8 : idx);
           return true;
         }
         const int v = idx * 8;
@@ -508,22 +748,22 @@ class FastWalk {
         if (phase_ == 1) {
           held_ = v;
         } else if (phase_ == 2) {
-          const int out = held_ + (v >> 6);
+          const int value = held_ + (v >> 6);
           held_ = (v * 4) & 224;
-          Put(out);
+          Put(out, value);
         } else {
-          Put(held_ + (v >> 3));
+          Put(out, held_ + (v >> 3));
         }
         return true;
       }
       case Kind::C4096: {
-        const int idx = Index(Pixel(x, y));
+        const int idx = Index(*p);
         if (idx < 0) return false;
         const int n = Reorder4096Output(idx);
         if (!px_.PM) {
           const int high = (n >> 8) & 15, low = n & 255;
-          Put(px_.rgb2 ? low : high);
-          Put(px_.rgb2 ? high : low);
+          Put(out, px_.rgb2 ? low : high);
+          Put(out, px_.rgb2 ? high : low);
           return true;
         }
         phase_ = phase_ % 2 + 1;
@@ -531,27 +771,27 @@ class FastWalk {
           held_ = n;
           return true;
         }
-        Put(held_ >> 4);
-        Put(((held_ << 4) & 0xF0) + (n >> 8));
-        Put(n & 255);
+        Put(out, held_ >> 4);
+        Put(out, ((held_ << 4) & 0xF0) + (n >> 8));
+        Put(out, n & 255);
         return true;
       }
       case Kind::C65536: {
-        const int idx = Index(Pixel(x, y));
+        const int idx = Index(*p);
         if (idx < 0) return false;
         const int n = Reorder65kOutput(idx);
         if (px_.SWRG) {
           const int g = n & 0x7E0;
-          Put((((n << 11) & 0xF800) | g) >> 8);
-          Put(((n >> 11) & 0x1F) | (g & 255));
+          Put(out, (((n << 11) & 0xF800) | g) >> 8);
+          Put(out, ((n >> 11) & 0x1F) | (g & 255));
         } else {
-          Put(n >> 8);
-          Put(n & 255);
+          Put(out, n >> 8);
+          Put(out, n & 255);
         }
         return true;
       }
       case Kind::C262k: {
-        const QRgb pixel = Pixel(x, y);
+        const QRgb pixel = *p;
         const int index = Lookup(pixel);
         // A colour outside the table goes out as its own value.
         const std::int64_t n = Reorder262kOutput(index >= 0 ? index : int(ColorOf(pixel)));
@@ -562,16 +802,16 @@ class FastWalk {
           bytes = {int((n >> 16) & 255), int((n >> 8) & 255), int(n & 255)};
         }
         if (px_.rgb2) std::swap(bytes[0], bytes[2]);
-        for (int b : bytes) Put(b);
+        for (int b : bytes) Put(out, b);
         return true;
       }
       case Kind::C16M: {
-        const std::int64_t n = Reorder16MOutput(int(ColorOf(Pixel(x, y))));
+        const std::int64_t n = Reorder16MOutput(int(ColorOf(*p)));
         const bool unpacked = !px_.PM;
-        if (unpacked && !px_.RGBA) Put(0);
+        if (unpacked && !px_.RGBA) Put(out, 0);
         const int rgb[3] = {int((n >> 16) & 255), int((n >> 8) & 255), int(n & 255)};
-        for (int k = 0; k < 3; ++k) Put(rgb[px_.rgb2 ? 2 - k : k]);
-        if (unpacked && px_.RGBA && !px_.rgb2) Put(0);
+        for (int k = 0; k < 3; ++k) Put(out, rgb[px_.rgb2 ? 2 - k : k]);
+        if (unpacked && px_.RGBA && !px_.rgb2) Put(out, 0);
         return true;
       }
     }
@@ -591,12 +831,14 @@ class FastWalk {
   const ImagePixelSource& image_;
   int width_;
   int height_;
+  std::ptrdiff_t stride_;  // pixels from a row to the next
   ScanDirection direction_ = ScanDirection::tr;
   int pages_ = 0;  // pages (vertical walks) or bytes per row (horizontal ones)
   int step_ = 1;   // rows between pages, or pixels between byte columns
   std::array<Octet, 256> final_{};
   std::array<Octet, kFlushAt + 8> buffer_{};  // a call puts at most four bytes
   Octet* out_ = buffer_.data();
+  const Octet* bufferEnd_ = buffer_.data() + kFlushAt;
   long long values_ = 0;
   QRgb lastPixel_ = 0;  // the last pixel looked up, and its answer
   int lastIndex_ = -1;
