@@ -8,8 +8,7 @@
 
 namespace vt::app {
 
-void TextBuffer::Block::reserve(std::size_t size) {
-  if (size <= capacity_) return;
+void TextBuffer::Block::Grow(std::size_t size) {
   std::size_t capacity = std::max<std::size_t>(capacity_ * 2, 4096);
   while (capacity < size) capacity *= 2;
   std::unique_ptr<char[]> data(new char[capacity]);
@@ -36,19 +35,6 @@ TextBuffer::Span TextBuffer::Append(std::string_view line) {
   }
   block_.append("\n");
   return span;
-}
-
-char* TextBuffer::LineRoom(std::size_t bytes) {
-  block_.reserve(block_.size() + bytes + 1);
-  return block_.data() + block_.size();
-}
-
-void TextBuffer::AddWrittenLine(std::size_t length) {
-  const Span span{block_.size(), static_cast<std::uint32_t>(length)};
-  block_.grow(length);
-  block_.append("\n");
-  lines_.push_back(span);
-  modified_ = true;
 }
 
 void TextBuffer::Clear() {

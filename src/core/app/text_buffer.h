@@ -52,9 +52,19 @@ class TextBuffer {
   void Reserve(std::size_t bytes, std::size_t lines);
   /// Room for a line of up to `bytes` bytes at the end of the text, to be written in place and
   /// then added by AddWrittenLine. Valid until the next change of the buffer.
-  char* LineRoom(std::size_t bytes);
+  char* LineRoom(std::size_t bytes) {
+    block_.reserve(block_.size() + bytes + 1);
+    return block_.data() + block_.size();
+  }
   /// Adds the first `length` bytes written into LineRoom as the new last line.
-  void AddWrittenLine(std::size_t length);
+  void AddWrittenLine(std::size_t length) {
+    const Span span{block_.size(), static_cast<std::uint32_t>(length)};
+    // LineRoom left a byte of room past the line for its break.
+    block_.data()[block_.size() + length] = '\n';
+    block_.grow(length + 1);
+    lines_.push_back(span);
+    modified_ = true;
+  }
 
   /// The whole text: every line followed by `lineBreak` (an empty buffer gives an empty text).
   QString Text(const QString& lineBreak = QStringLiteral("\n")) const;
@@ -92,7 +102,9 @@ class TextBuffer {
     std::size_t size() const { return size_; }
     void clear() { size_ = 0; }
     /// Capacity for at least `size` bytes.
-    void reserve(std::size_t size);
+    void reserve(std::size_t size) {
+      if (size > capacity_) Grow(size);
+    }
     void append(std::string_view bytes);
     /// Cuts the block back to `size` bytes (no more than it holds).
     void truncate(std::size_t size) { size_ = size; }
@@ -100,6 +112,7 @@ class TextBuffer {
     void grow(std::size_t n) { size_ += n; }
 
    private:
+    void Grow(std::size_t size);
     std::unique_ptr<char[]> data_;
     std::size_t size_ = 0;
     std::size_t capacity_ = 0;

@@ -244,6 +244,57 @@ void DataTextWriter::BuildSpelling() {
                   lines);
     dataLines_.reserve(lines);
   }
+  BuildLineTemplate();
+}
+
+void DataTextWriter::BuildLineTemplate() {
+  if (!gapFree_ || settings_.format.LineN) return;
+  const ConstantFormatInfo& info = Info(format_);
+  // A leading zero added to some hexadecimal values changes their width.
+  if (settings_.format.Addof &&
+      (format_ == ConstantFormat::H || format_ == ConstantFormat::PlusHPlus)) {
+    return;
+  }
+  const bool hex = !info.binaryFormat && !info.decimalFormat;
+  // Spelling all values costs more than a small array's lines save.
+  if (!hex && options_.dataByteCount < 4096) return;
+  std::array<std::string, 256> digits;
+  for (int v = 0; v < 256; ++v) {
+    const int part = settings_.pixel.Neg ? 255 - v : v;
+    if (hex) {
+      digits[std::size_t(v)] = {kHexDigits[part >> 4], kHexDigits[part & 15]};
+      continue;
+    }
+    const int zeros = leadingZeros_;
+    SpellWord(&part, 1, digits[std::size_t(v)]);
+    leadingZeros_ = zeros;
+    if (info.decimalFormat) LeftJustify(digits[std::size_t(v)], 3);
+  }
+  const std::size_t width = digits[0].size();
+  if (width == 0 || std::any_of(digits.begin(), digits.end(),
+                                [&](const std::string& d) { return d.size() != width; })) {
+    return;
+  }
+  std::string line = cpre_ + cpfr_;
+  for (int k = 0; k < perLine_; ++k) {
+    const Place place = PlaceOf(k);
+    line += pre_;
+    digitPlaces_.push_back(static_cast<std::uint32_t>(line.size()));
+    line.append(width, '0');
+    line += post_[place][1];
+  }
+  line += endMark_;
+  // The line's final "#" is dropped, as a written line's is.
+  if (!line.empty() && line.back() == '#') line.pop_back();
+  lineTemplate_ = std::move(line);
+  digitWidth_ = width;
+  // Each value's digits in a slot of 8, so that a slot is copied whole.
+  digitTable_.assign(256 * 8, ' ');
+  for (int v = 0; v < 256; ++v) {
+    std::copy(digits[std::size_t(v)].begin(), digits[std::size_t(v)].end(),
+              digitTable_.begin() + v * 8);
+  }
+  lineRoom_ = std::max(lineRoom_, lineTemplate_.size() + 8);
 }
 
 std::string DataTextWriter::Piece(Place place, int value) {
@@ -370,6 +421,39 @@ void DataTextWriter::EmitValues(const std::uint8_t* values, std::size_t count) {
       line = text_.LineRoom(lineRoom_ + length);
       std::memcpy(line, line_.data(), length);
       continue;
+    }
+    // Whole lines from the template while no value of the line is the data's last.
+    if (constantsOnLine_ == 0 && length == 0 && !lastMarked_ && !lineTemplate_.empty()) {
+      const std::size_t perLine = std::size_t(perLine_);
+      const std::size_t templateSize = lineTemplate_.size();
+      const std::uint32_t* places = digitPlaces_.data();
+      const char* table = digitTable_.data();
+      bool any = false;
+      while (count - i >= perLine &&
+             (lastCount <= 0 || valueCount_ + perLine_ < lastCount || valueCount_ >= lastCount)) {
+        std::memcpy(line, lineTemplate_.data(), templateSize);
+        const std::uint8_t* v = values + i;
+        if (digitWidth_ == 2) {
+          for (std::size_t k = 0; k < perLine; ++k) {
+            std::memcpy(line + places[k], table + std::size_t(v[k]) * 8, 2);
+          }
+        } else {
+          for (std::size_t k = 0; k < perLine; ++k) {
+            std::memcpy(line + places[k], table + std::size_t(v[k]) * 8, digitWidth_);
+          }
+        }
+        dataLines_.push_back(text_.Count());
+        text_.AddWrittenLine(templateSize);
+        i += perLine;
+        valueCount_ += perLine_;
+        arrayBytes_ += perLine_;
+        line = text_.LineRoom(lineRoom_);
+        any = true;
+      }
+      if (any) {
+        EndLine();
+        continue;
+      }
     }
     // The values up to the end of this line, or of the data, or of the run.
     std::size_t n = std::min<std::size_t>(count - i, std::size_t(perLine_ - constantsOnLine_));

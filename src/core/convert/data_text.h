@@ -190,6 +190,8 @@ class DataTextWriter final : public ValueSink {
   };
 
   void BuildSpelling();
+  /// Sets up the whole-line template when the line's text is fixed but for the digits.
+  void BuildLineTemplate();
   /// The piece of a byte in `place`: the text before, the digits, the text after (as a
   /// separator follows).
   std::string Piece(Place place, int value);
@@ -234,6 +236,12 @@ class DataTextWriter final : public ValueSink {
   bool gapFree_ = false;            // no line of the bulk path can hold a run of four blanks
   std::vector<PieceTable> pieces_;  // by place, for the bulk path; empty when it cannot run
   std::size_t lineRoom_ = 0;        // the longest line of the bulk path
+  // Whole lines of the bulk path when every value's digits have one width: the line with its
+  // digits left out, where each constant's digits go, and the digits of each value.
+  std::string lineTemplate_;
+  std::vector<std::uint32_t> digitPlaces_;
+  std::vector<char> digitTable_;
+  std::size_t digitWidth_ = 0;
 
   // The line builder.
   std::string valueText_;

@@ -7,6 +7,10 @@
 #include <cstdint>
 #include <vector>
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 #include "convert/bits.h"
 #include "convert/color_packers.h"
 #include "convert/data_text.h"
@@ -388,6 +392,7 @@ class FastWalk {
   template <Kind K, bool Poll, int DX>
   bool Rows(bool fromTop) {
     if constexpr (!Poll && OnePixel(K)) return IndexRows<K, DX>(fromTop);
+    if constexpr (!Poll && K == Kind::Mono) return MonoRows<DX>(fromTop);
     c_.BytesPerRow = pages_;
     c_.PagesPerColumn = c_.AreaHeight;
     const int top = c_.AreaTop, bottom = c_.AreaBottom;
@@ -405,6 +410,74 @@ class FastWalk {
     }
     out_ = out;
     return true;
+  }
+
+  /// Rows of monochrome bytes when Escape is not polled: each byte's eight pixels are tested
+  /// together (with SSE2 four at a time) and their bits put in order through a table.
+  template <int DX>
+  bool MonoRows(bool fromTop) {
+    c_.BytesPerRow = pages_;
+    c_.PagesPerColumn = c_.AreaHeight;
+    const int top = c_.AreaTop, bottom = c_.AreaBottom;
+    const int first = fromTop ? top : bottom - 1;
+    const int dy = fromTop ? 1 : -1;
+    const int pages = pages_;
+    const int start = DX > 0 ? c_.AreaLeft : c_.AreaRight - 1;
+    // Bit i of the mask is the pixel i read; the byte takes it at 7 - i (MSB first) or i, and
+    // PPB keeps the top bits of a horizontal byte.
+    static constexpr int kMasks[] = {0xFF, 0xFF, 0xFF, 0xFF, 0xF0, 0xF8, 0xFC, 0xFE};
+    const int ppb = s_.pixel.PPB;
+    const int keep = ppb >= 4 && ppb <= 7 ? kMasks[ppb] : 0xFF;
+    const bool msbFirst = s_.scan.MSBF;
+    std::array<Octet, 256> byteOf{};
+    for (int mask = 0; mask < 256; ++mask) {
+      const int pixels = kLoadsReversed && DX < 0 ? ReverseByte(mask) : mask;
+      const int value = (msbFirst ? ReverseByte(pixels) : pixels) & keep;
+      byteOf[std::size_t(mask)] = final_[std::size_t(value)];
+    }
+    const Octet* const flushAt = buffer_.data() + kFlushAt - 256;
+    Octet* out = out_;
+    for (int y = first; y >= top && y < bottom; y += dy) {
+      GroupStart(out);
+      const QRgb* p = image_.Row(y) + start;
+      for (int done = 0; done < pages;) {
+        const int n = std::min(256, pages - done);
+        for (int b = 0; b < n; ++b, p += DX * 8) *out++ = byteOf[std::size_t(BlackMask<DX>(p))];
+        done += n;
+        if (out >= flushAt) {
+          out_ = out;
+          Flush();
+          out = out_;
+        }
+      }
+    }
+    out_ = out;
+    return true;
+  }
+
+#if defined(__SSE2__)
+  static constexpr bool kLoadsReversed = true;
+#else
+  static constexpr bool kLoadsReversed = false;
+#endif
+  /// Bit i set when pixel i along DX from `p` is black (its colour, alpha aside, is 0); read
+  /// leftward with SSE2 (kLoadsReversed), bit 7 - i.
+  template <int DX>
+  [[gnu::always_inline]] static int BlackMask(const QRgb* p) {
+#if defined(__SSE2__)
+    const __m128i colour = _mm_set1_epi32(0xFFFFFF);
+    const __m128i zero = _mm_setzero_si128();
+    const QRgb* low = DX > 0 ? p : p - 7;
+    const __m128i a = _mm_cmpeq_epi32(
+        _mm_and_si128(_mm_loadu_si128(reinterpret_cast<const __m128i*>(low)), colour), zero);
+    const __m128i b = _mm_cmpeq_epi32(
+        _mm_and_si128(_mm_loadu_si128(reinterpret_cast<const __m128i*>(low + 4)), colour), zero);
+    return _mm_movemask_ps(_mm_castsi128_ps(a)) | (_mm_movemask_ps(_mm_castsi128_ps(b)) << 4);
+#else
+    int mask = 0;
+    for (int i = 0; i < 8; ++i) mask |= int((p[DX * i] & 0xFFFFFFu) == 0) << i;
+    return mask;
+#endif
   }
 
   /// Whether one packer call of K reads one pixel.

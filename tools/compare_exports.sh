@@ -1,0 +1,44 @@
+#!/usr/bin/env bash
+# Exports every picture of a folder in every pixel mode, data direction and a few bit-order
+# keys with two builds of vantorelle-cli, and reports every export whose text, messages or exit
+# status differ (dates and times left out). For checking that a speed change keeps the output.
+# Usage: tools/compare_exports.sh OLD_CLI NEW_CLI PICTURE_DIR WORK_DIR
+set -uo pipefail
+old="$1" new="$2" pictures="$3" work="$4"
+modes=$("$new" --help 2>&1 | sed -n 's/^ *monochrome, /monochrome, /p' | tr -d ' .' | tr ',' ' ')
+directions="default tr tl tra tla td tda tu tua"
+keys=("" "MSBF=0" "SWRG=1" "rgb2=1" "Neg=1" "snib=1" "RGBA=1")
+rm -rf "$work" && mkdir -p "$work/old" "$work/new"
+# Dates, times and the side's own folder are left out of the comparison.
+strip_dates() {
+  sed -E -e 's#[0-9]{2}/[0-9]{2}/[0-9]{4} [0-9]{2}:[0-9]{2}:[0-9]{2}##g' \
+    -e "s#$work/(old|new)/##g" "$1" 2>/dev/null
+}
+runs=0 differ=0
+for picture in "$pictures"/*.png; do
+  for mode in $modes; do
+    for direction in $directions; do
+      for key in "${keys[@]}"; do
+        args=(export "$picture" --mode "$mode")
+        [ "$direction" != default ] && args+=(--direction "$direction")
+        [ -n "$key" ] && args+=(--set "$key")
+        for side in old new; do
+          cli=$old; [ "$side" = new ] && cli=$new
+          rm -rf "$work/$side/out" && mkdir -p "$work/$side/out"
+          HOME="$work/$side/home" "$cli" "${args[@]}" -o "$work/$side/out/a.h" \
+            >"$work/$side/out/log" 2>&1
+          echo "exit $?" >>"$work/$side/out/log"
+        done
+        runs=$((runs + 1))
+        if ! cmp -s <(strip_dates "$work/old/out/a.h") <(strip_dates "$work/new/out/a.h") ||
+           ! cmp -s <(strip_dates "$work/old/out/log" | grep -v XDG_RUNTIME) \
+                    <(strip_dates "$work/new/out/log" | grep -v XDG_RUNTIME); then
+          differ=$((differ + 1))
+          echo "DIFFERS: ${args[*]}"
+        fi
+      done
+    done
+  done
+done
+echo "$runs exports compared, $differ differ"
+[ "$differ" -eq 0 ]
