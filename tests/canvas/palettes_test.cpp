@@ -83,6 +83,11 @@ TEST(Palettes, IndexOfLargeAndChangedPalettesIsTheFirstMatchOfALinearSearch) {
   changed[5] = 0x123456;
   changed[4000] = changed[7];
   tables.push_back(changed);
+  // Grays are indexed by level: a level that stands twice answers its first place.
+  Palette grays = Sorted(PixelMode::Gray16Vertical);
+  grays[9] = grays[3];
+  tables.push_back(grays);
+  tables.push_back(Sorted(PixelMode::Gray4));
   std::mt19937 random(3);
   for (const Palette& table : tables) {
     const ColorIndexer index(table);
@@ -93,7 +98,7 @@ TEST(Palettes, IndexOfLargeAndChangedPalettesIsTheFirstMatchOfALinearSearch) {
         EXPECT_EQ(index.Find(c), scan(table, c)) << table.size() << " " << std::hex << c;
       }
     }
-    EXPECT_EQ(index.Find(table[7]), 7) << table.size();
+    if (table.size() > 7) EXPECT_EQ(index.Find(table[7]), 7) << table.size();
   }
 }
 

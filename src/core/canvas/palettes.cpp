@@ -191,6 +191,15 @@ bool ColorIndexer::TakeGrid(std::span<const Color> table) {
 
 ColorIndexer::ColorIndexer(std::span<const Color> table) : size_(int(table.size())) {
   if (TakeGrid(table)) return;
+  // A table of grays (the gray modes) is indexed by level.
+  const bool grays = !table.empty() && std::all_of(table.begin(), table.end(), [](Color c) {
+    return (c & 0xFF) == ((c >> 8) & 0xFF) && (c & 0xFF) == ((c >> 16) & 0xFF) && c <= 0xFFFFFF;
+  });
+  if (grays) {
+    grays_.assign(256, -1);
+    for (std::size_t index = table.size(); index-- > 0;) grays_[table[index] & 0xFF] = int(index);
+    return;
+  }
   std::size_t capacity = 16;
   int bits = 4;
   while (capacity < table.size() + table.size() / 3 + 1) capacity *= 2, ++bits;

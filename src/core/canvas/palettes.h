@@ -77,6 +77,10 @@ class ColorIndexer {
   }
   /// The first index of `c`, or -1 when the table does not hold it.
   int Find(Color c) const {
+    if (!grays_.empty()) {
+      const Color level = c & 0xFF;
+      return c == (level | (level << 8) | (level << 16)) ? grays_[level] : -1;
+    }
     if (grid_) {
       const int r = channels_[0][c & 0xFF], g = channels_[1][(c >> 8) & 0xFF],
                 b = channels_[2][(c >> 16) & 0xFF];
@@ -102,6 +106,8 @@ class ColorIndexer {
     int shiftGreen;
     int shiftBlue;
   };
+  /// For a table of grays only: each gray level's first index, or -1; null otherwise.
+  const int* Grays() const { return grays_.empty() ? nullptr : grays_.data(); }
   /// The grid tables, when the table is a grid.
   std::optional<GridTables> Grid() const {
     if (!grid_) return std::nullopt;
@@ -115,6 +121,7 @@ class ColorIndexer {
   std::size_t Slot(Color c) const {
     return static_cast<std::size_t>((std::uint64_t(c) * 0x9E3779B97F4A7C15ull) >> shift_);
   }
+  std::vector<int> grays_;  // a table of grays: by level (256 entries), else empty
   std::vector<std::uint64_t> slots_;
   std::size_t mask_ = 0;
   int shift_ = 63;

@@ -504,6 +504,7 @@ class FastWalk {
     const ColorSearch* const colors = colors_;
     const std::optional<canvas::ColorIndexer::GridTables> grid =
         colors != nullptr ? colors->Indexer().Grid() : std::nullopt;
+    const int* const grays = colors != nullptr ? colors->Indexer().Grays() : nullptr;
     const int blackSlot = colors != nullptr ? colors->BlackSlot() : -1;
     QRgb lastPixel = lastPixel_;
     int lastIndex = lastIndex_;
@@ -526,6 +527,20 @@ class FastWalk {
                   (r | g | b) < 0 ? -1 : (b << shiftBlue) | (g << shiftGreen) | r;
             }
             // Black outside the grid takes the black slot, as the search gives it.
+            if (blackSlot >= 0) {
+              for (int i = 0; i < n; ++i) {
+                if (found[std::size_t(i)] < 0 && (p[DX * i] & 0xFFFFFFu) == 0) {
+                  found[std::size_t(i)] = blackSlot;
+                }
+              }
+            }
+          } else if (grays) {
+            for (int i = 0; i < n; ++i) {
+              const QRgb v = p[DX * i];
+              const unsigned level = v & 0xFF;
+              const bool gray = (v & 0xFFFFFFu) == level * 0x010101u;
+              found[std::size_t(i)] = gray ? grays[level] : -1;
+            }
             if (blackSlot >= 0) {
               for (int i = 0; i < n; ++i) {
                 if (found[std::size_t(i)] < 0 && (p[DX * i] & 0xFFFFFFu) == 0) {
