@@ -213,8 +213,9 @@ TEST(FastWalk, StopsWhereTheWalkersStop) {
   // Escape at a poll inside the walk, and a colour the palette lacks (262k keeps it as its
   // own value): the same partial text, the same colour named.
   for (const PixelMode mode :
-       {PixelMode::Monochrome, PixelMode::Gray4, PixelMode::Colors16, PixelMode::Colors4096Packed,
-        PixelMode::Colors65536, PixelMode::Colors262k, PixelMode::Gray32Packed}) {
+       {PixelMode::Monochrome, PixelMode::Gray4, PixelMode::Colors16, PixelMode::Colors256,
+        PixelMode::Colors4096, PixelMode::Colors4096Packed, PixelMode::Colors65536,
+        PixelMode::Colors262k, PixelMode::Gray32Packed}) {
     const QImage stray = RandomPicture(mode, 24, 16, 5, qRgb(1, 2, 3));
     for (const ScanDirection direction : {ScanDirection::tr, ScanDirection::tda}) {
       for (const int escapeAt : {0, 1, 9, 40}) {

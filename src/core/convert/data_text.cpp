@@ -258,22 +258,26 @@ void DataTextWriter::BuildLineTemplate() {
   const bool hex = !info.binaryFormat && !info.decimalFormat;
   // Spelling all values costs more than a small array's lines save.
   if (!hex && options_.dataByteCount < 4096) return;
-  std::array<std::string, 256> digits;
+  // Each value's digits in a slot of 8, so that a slot is copied whole. Hexadecimal digits
+  // are two a value; the others are spelled, and must all come out as wide.
+  std::vector<char> table(256 * 8, ' ');
+  std::size_t width = 2;
   for (int v = 0; v < 256; ++v) {
     const int part = settings_.pixel.Neg ? 255 - v : v;
+    char* slot = table.data() + v * 8;
     if (hex) {
-      digits[std::size_t(v)] = {kHexDigits[part >> 4], kHexDigits[part & 15]};
+      slot[0] = kHexDigits[part >> 4];
+      slot[1] = kHexDigits[part & 15];
       continue;
     }
     const int zeros = leadingZeros_;
-    SpellWord(&part, 1, digits[std::size_t(v)]);
+    std::string digits;
+    SpellWord(&part, 1, digits);
     leadingZeros_ = zeros;
-    if (info.decimalFormat) LeftJustify(digits[std::size_t(v)], 3);
-  }
-  const std::size_t width = digits[0].size();
-  if (width == 0 || std::any_of(digits.begin(), digits.end(),
-                                [&](const std::string& d) { return d.size() != width; })) {
-    return;
+    if (info.decimalFormat) LeftJustify(digits, 3);
+    if (v == 0) width = digits.size();
+    if (width == 0 || digits.size() != width || width > 8) return;
+    std::copy(digits.begin(), digits.end(), slot);
   }
   std::string line = cpre_ + cpfr_;
   for (int k = 0; k < perLine_; ++k) {
@@ -288,12 +292,7 @@ void DataTextWriter::BuildLineTemplate() {
   if (!line.empty() && line.back() == '#') line.pop_back();
   lineTemplate_ = std::move(line);
   digitWidth_ = width;
-  // Each value's digits in a slot of 8, so that a slot is copied whole.
-  digitTable_.assign(256 * 8, ' ');
-  for (int v = 0; v < 256; ++v) {
-    std::copy(digits[std::size_t(v)].begin(), digits[std::size_t(v)].end(),
-              digitTable_.begin() + v * 8);
-  }
+  digitTable_ = std::move(table);
   lineRoom_ = std::max(lineRoom_, lineTemplate_.size() + 8);
 }
 

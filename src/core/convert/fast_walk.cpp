@@ -491,6 +491,12 @@ class FastWalk {
   /// the stop at the first colour not found, are those of Byte pixel by pixel.
   template <Kind K, int DX>
   bool IndexRows(bool fromTop) {
+    if constexpr (K == Kind::Index || K == Kind::C4096 || K == Kind::C65536) {
+      if (std::optional<WordTables> words = GridWords<K>()) {
+        return words->bytes == 1 ? GridWordRows<DX, 1>(fromTop, *words)
+                                 : GridWordRows<DX, 2>(fromTop, *words);
+      }
+    }
     c_.BytesPerRow = pages_;
     c_.PagesPerColumn = c_.AreaHeight;
     const int top = c_.AreaTop, bottom = c_.AreaBottom;
@@ -584,6 +590,96 @@ class FastWalk {
       }
     }
     lastPixel_ = lastPixel, lastIndex_ = lastIndex;
+    out_ = out;
+    return true;
+  }
+
+  /// What each channel level of a grid palette gives to the output word of a pixel: the bits
+  /// of its index field after the kind's word exchange and byte order, or kMissing when the
+  /// level is not on the grid. Each bit of the word comes from one bit of the index (or from
+  /// none), so the word of a pixel is the OR of its three channels' parts.
+  struct WordTables {
+    static constexpr std::uint32_t kMissing = 1u << 31;
+    std::array<std::uint32_t, 256> red, green, blue;
+    int bytes;  ///< bytes a pixel: the word's low byte, or its high byte then its low byte
+  };
+
+  /// The word tables of K over a grid palette, for the packings that are a fixed exchange of
+  /// the index bits: 256 colours, unpacked 4096 colours, 65536 colours. None otherwise (no
+  /// grid, a black slot to honour, packed phases).
+  template <Kind K>
+  std::optional<WordTables> GridWords() const {
+    if (colors_ == nullptr || colors_->BlackSlot() >= 0) return std::nullopt;
+    const std::optional<canvas::ColorIndexer::GridTables> grid = colors_->Indexer().Grid();
+    if (!grid) return std::nullopt;
+    if (K == Kind::C4096 && px_.PM) return std::nullopt;
+    const bool rgb2 = px_.rgb2, swrg = px_.SWRG;
+    auto word = [&](int index) -> std::uint32_t {
+      if constexpr (K == Kind::Index) {
+        return std::uint32_t(Reorder256Output(index)) & 0xFF;
+      } else if constexpr (K == Kind::C4096) {
+        const int v = Reorder4096Output(index);
+        const int high = (v >> 8) & 15, low = v & 255;
+        return std::uint32_t(rgb2 ? (low << 8) | high : (high << 8) | low);
+      } else {
+        const int v = Reorder65kOutput(index);
+        if (!swrg) return std::uint32_t(v) & 0xFFFF;
+        // Red and blue fields trade places, green stays.
+        return std::uint32_t(((v << 11) & 0xF800) | (v & 0x7E0) | ((v >> 11) & 0x1F));
+      }
+    };
+    WordTables t;
+    t.bytes = K == Kind::Index ? 1 : 2;
+    for (int level = 0; level < 256; ++level) {
+      const int r = grid->red[level], g = grid->green[level], b = grid->blue[level];
+      t.red[std::size_t(level)] = r < 0 ? WordTables::kMissing : word(r);
+      t.green[std::size_t(level)] = g < 0 ? WordTables::kMissing : word(g << grid->shiftGreen);
+      t.blue[std::size_t(level)] = b < 0 ? WordTables::kMissing : word(b << grid->shiftBlue);
+    }
+    return t;
+  }
+
+  /// Rows of one-pixel calls over a grid palette whose word is the OR of its channels' parts
+  /// (GridWords): a table look-up a channel, the bytes through the final byte table. Stops at
+  /// the first colour off the grid as the packers stop.
+  template <int DX, int Bytes>
+  bool GridWordRows(bool fromTop, const WordTables& t) {
+    c_.BytesPerRow = pages_;
+    c_.PagesPerColumn = c_.AreaHeight;
+    const int top = c_.AreaTop, bottom = c_.AreaBottom;
+    const int first = fromTop ? top : bottom - 1;
+    const int dy = fromTop ? 1 : -1;
+    const int pages = pages_;
+    const int start = DX > 0 ? c_.AreaLeft : c_.AreaRight - 1;
+    constexpr int kStretch = 256;
+    const Octet* const flushAt = buffer_.data() + kFlushAt - Bytes * kStretch;
+    const Octet* const final = final_.data();
+    const std::uint32_t *red = t.red.data(), *green = t.green.data(), *blue = t.blue.data();
+    Octet* out = out_;
+    for (int y = first; y >= top && y < bottom; y += dy) {
+      GroupStart(out);
+      const QRgb* p = image_.Row(y) + start;
+      for (int done = 0; done < pages;) {
+        const int n = std::min(kStretch, pages - done);
+        for (int i = 0; i < n; ++i, p += DX) {
+          const QRgb v = *p;
+          const std::uint32_t w = red[(v >> 16) & 0xFF] | green[(v >> 8) & 0xFF] | blue[v & 0xFF];
+          if (w & WordTables::kMissing) [[unlikely]] {
+            colors_->notFound = std::int64_t(ColorOf(v));
+            c_.Aborted = true;
+            return Stop(out);
+          }
+          if constexpr (Bytes == 2) *out++ = final[w >> 8];
+          *out++ = final[w & 0xFF];
+        }
+        done += n;
+        if (out >= flushAt) {
+          out_ = out;
+          Flush();
+          out = out_;
+        }
+      }
+    }
     out_ = out;
     return true;
   }
