@@ -54,13 +54,25 @@ QImage RandomPicture(PixelMode mode, int width, int height, unsigned seed, QRgb 
   return image;
 }
 
-/// The index of `mode`'s search table, built once per mode for all the walks.
-std::shared_ptr<const canvas::ColorIndexer> TableIndex(PixelMode mode) {
-  static std::map<PixelMode, std::shared_ptr<const canvas::ColorIndexer>> indexes;
-  auto& index = indexes[mode];
-  if (!index)
-    index = std::make_shared<const canvas::ColorIndexer>(canvas::DefaultSearchTable(mode));
-  return index;
+/// The search of `mode` as the export builds it: the index of the mode's palette, and the
+/// black slot after it in 32 gray and 262k colours. The index is built once per mode.
+struct TableSearch {
+  std::shared_ptr<const canvas::ColorIndexer> index;
+  int blackSlot = -1;
+};
+TableSearch TableIndex(PixelMode mode) {
+  static std::map<PixelMode, TableSearch> searches;
+  TableSearch& search = searches[mode];
+  if (!search.index) {
+    canvas::Palette table = canvas::DefaultSearchTable(mode);
+    const int entries = canvas::PaletteInfoOf(mode).entries;
+    if (entries == 32 || entries == 0x40000) {
+      table.pop_back();
+      search.blackSlot = int(table.size());
+    }
+    search.index = std::make_shared<const canvas::ColorIndexer>(table);
+  }
+  return search;
 }
 
 /// Everything a walk leaves that the export uses.
@@ -93,7 +105,8 @@ Outcome Walk(const settings::Settings& s, const QImage& image, AreaBounds area, 
   app::TextBuffer text;
   const long long count = DataByteCount(s, area.right - area.left, area.bottom - area.top);
   DataTextWriter writer(s, text, {EndOfLineFlagsOf(s.format), count});
-  ColorSearch colors(TableIndex(canvas::ModeOf(s)), -1);
+  const TableSearch search = TableIndex(canvas::ModeOf(s));
+  ColorSearch colors(search.index, search.blackSlot);
   std::optional<GridReorderStage> reorder;
   if (grid) reorder.emplace(*grid, s);
   // Without a press the walk may skip the poll: a poll that cannot report one lets it.

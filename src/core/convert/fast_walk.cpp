@@ -493,8 +493,12 @@ class FastWalk {
   bool IndexRows(bool fromTop) {
     if constexpr (K == Kind::Index || K == Kind::C4096 || K == Kind::C65536) {
       if (std::optional<WordTables> words = GridWords<K>()) {
-        return words->bytes == 1 ? GridWordRows<DX, 1>(fromTop, *words)
-                                 : GridWordRows<DX, 2>(fromTop, *words);
+        return words->bytes == 1 ? GridWordRows<K, DX, 1>(fromTop, *words)
+                                 : GridWordRows<K, DX, 2>(fromTop, *words);
+      }
+    } else if constexpr (K == Kind::C262k) {
+      if (std::optional<WordTables> words = GridWords<K>()) {
+        return GridWordRows<K, DX, 3>(fromTop, *words);
       }
     }
     c_.BytesPerRow = pages_;
@@ -605,16 +609,19 @@ class FastWalk {
   };
 
   /// The word tables of K over a grid palette, for the packings that are a fixed exchange of
-  /// the index bits: 256 colours, unpacked 4096 colours, 65536 colours. None otherwise (no
-  /// grid, a black slot to honour, packed phases).
+  /// the index bits: 256 colours, unpacked 4096 colours, 65536 colours, 262k colours. None
+  /// otherwise (no grid, packed phases, a black slot outside 262k).
   template <Kind K>
   std::optional<WordTables> GridWords() const {
-    if (colors_ == nullptr || colors_->BlackSlot() >= 0) return std::nullopt;
+    if (colors_ == nullptr || (K != Kind::C262k && colors_->BlackSlot() >= 0)) {
+      return std::nullopt;
+    }
     const std::optional<canvas::ColorIndexer::GridTables> grid = colors_->Indexer().Grid();
     if (!grid) return std::nullopt;
     if (K == Kind::C4096 && px_.PM) return std::nullopt;
-    const bool rgb2 = px_.rgb2, swrg = px_.SWRG;
+    const bool rgb2 = px_.rgb2, swrg = px_.SWRG, unpacked = px_.C18u;
     auto word = [&](int index) -> std::uint32_t {
+      if constexpr (K == Kind::C262k) return Word262k(index, unpacked, rgb2);
       if constexpr (K == Kind::Index) {
         return std::uint32_t(Reorder256Output(index)) & 0xFF;
       } else if constexpr (K == Kind::C4096) {
@@ -629,7 +636,7 @@ class FastWalk {
       }
     };
     WordTables t;
-    t.bytes = K == Kind::Index ? 1 : 2;
+    t.bytes = K == Kind::Index ? 1 : K == Kind::C262k ? 3 : 2;
     for (int level = 0; level < 256; ++level) {
       const int r = grid->red[level], g = grid->green[level], b = grid->blue[level];
       t.red[std::size_t(level)] = r < 0 ? WordTables::kMissing : word(r);
@@ -639,10 +646,26 @@ class FastWalk {
     return t;
   }
 
+  /// The three bytes of a 262k colour of table index `index` (or of a colour outside the
+  /// table, its own value), first byte highest: the word exchange, then 6-bit or 8-bit
+  /// fields, first and last exchanged with rgb2.
+  static std::uint32_t Word262k(int index, bool unpacked, bool rgb2) {
+    const std::int64_t v = Reorder262kOutput(index);
+    int b0, b1, b2;
+    if (unpacked) {
+      b0 = int((v >> 12) & 63), b1 = int((v >> 6) & 63), b2 = int(v & 63);
+    } else {
+      b0 = int((v >> 16) & 255), b1 = int((v >> 8) & 255), b2 = int(v & 255);
+    }
+    if (rgb2) std::swap(b0, b2);
+    return std::uint32_t(b0 << 16 | b1 << 8 | b2);
+  }
+
   /// Rows of one-pixel calls over a grid palette whose word is the OR of its channels' parts
-  /// (GridWords): a table look-up a channel, the bytes through the final byte table. Stops at
-  /// the first colour off the grid as the packers stop.
-  template <int DX, int Bytes>
+  /// (GridWords): a table look-up a channel, the bytes through the final byte table. A colour
+  /// off the grid stops the walk as the packers stop, but in 262k colours, where it goes out
+  /// as its own value (black as the black slot).
+  template <Kind K, int DX, int Bytes>
   bool GridWordRows(bool fromTop, const WordTables& t) {
     c_.BytesPerRow = pages_;
     c_.PagesPerColumn = c_.AreaHeight;
@@ -663,13 +686,19 @@ class FastWalk {
         const int n = std::min(kStretch, pages - done);
         for (int i = 0; i < n; ++i, p += DX) {
           const QRgb v = *p;
-          const std::uint32_t w = red[(v >> 16) & 0xFF] | green[(v >> 8) & 0xFF] | blue[v & 0xFF];
+          std::uint32_t w = red[(v >> 16) & 0xFF] | green[(v >> 8) & 0xFF] | blue[v & 0xFF];
           if (w & WordTables::kMissing) [[unlikely]] {
-            colors_->notFound = std::int64_t(ColorOf(v));
-            c_.Aborted = true;
-            return Stop(out);
+            if constexpr (K == Kind::C262k) {
+              const int index = colors_->Find(ColorOf(v));
+              w = Word262k(index >= 0 ? index : int(ColorOf(v)), px_.C18u, px_.rgb2);
+            } else {
+              colors_->notFound = std::int64_t(ColorOf(v));
+              c_.Aborted = true;
+              return Stop(out);
+            }
           }
-          if constexpr (Bytes == 2) *out++ = final[w >> 8];
+          if constexpr (Bytes == 3) *out++ = final[(w >> 16) & 0xFF];
+          if constexpr (Bytes >= 2) *out++ = final[(w >> 8) & 0xFF];
           *out++ = final[w & 0xFF];
         }
         done += n;
