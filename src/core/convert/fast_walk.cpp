@@ -797,15 +797,19 @@ class FastWalk {
         put(b2);
       }
     } else if constexpr (K == Kind::C16M) {
+      // The word exchange turns the canvas colour 0x00BBGGRR into red, green and blue from
+      // high to low: the pixel's own channels. A fourth byte of 0 leads unpacked words, or
+      // ends them with RGBA (not with rgb2).
       const bool unpacked = !pm, rgba = px_.RGBA;
+      const bool zeroFirst = unpacked && !rgba, zeroLast = unpacked && rgba && !rgb2;
+      const int shiftFirst = rgb2 ? 0 : 16, shiftLast = rgb2 ? 16 : 0;
       for (int i = 0; i < n; ++i) {
-        const std::int64_t v = Reorder16MOutput(int(ColorOf(p[DX * i])));
-        if (unpacked && !rgba) put(0);
-        const int r = int((v >> 16) & 255), g = int((v >> 8) & 255), b = int(v & 255);
-        put(rgb2 ? b : r);
-        put(g);
-        put(rgb2 ? r : b);
-        if (unpacked && rgba && !rgb2) put(0);
+        const QRgb v = p[DX * i];
+        if (zeroFirst) put(0);
+        put(int(v >> shiftFirst));
+        put(int(v >> 8));
+        put(int(v >> shiftLast));
+        if (zeroLast) put(0);
       }
     }
     return out;
@@ -849,7 +853,6 @@ class FastWalk {
     return ((v >> 16) & 0xFFu) | (v & 0xFF00u) | ((v & 0xFFu) << 16);
   }
 
-  /// The table index of the colour of `v`, or -1 after recording a colour not found.
   /// The table index of the colour of `v`, or -1; the last pixel's answer is kept.
   [[gnu::always_inline]] int Lookup(QRgb v) {
     if (v != lastPixel_) {
