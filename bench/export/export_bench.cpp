@@ -264,7 +264,8 @@ int main(int argc, char* argv[]) {
         return ms < 0 ? QStringLiteral("failed") : QString::number(ms, 'f', 3);
       };
       auto ratio = [&](double ms) {
-        return ms < 0 || floor.ms <= 0 ? QStringLiteral("-") : QString::number(ms / floor.ms, 'f', 1);
+        return ms < 0 || floor.ms <= 0 ? QStringLiteral("-")
+                                       : QString::number(ms / floor.ms, 'f', 1);
       };
       out << QStringLiteral("  %1 %2 %3 %4 %5 %6\n")
                  .arg(name, -20)

@@ -516,6 +516,11 @@ class FastWalk {
         colors != nullptr ? colors->Indexer().Grid() : std::nullopt;
     const int* const grays = colors != nullptr ? colors->Indexer().Grays() : nullptr;
     const int blackSlot = colors != nullptr ? colors->BlackSlot() : -1;
+    std::array<int, 256> grayIndex{};
+    if (grays) {
+      std::copy(grays, grays + 256, grayIndex.begin());
+      if (grayIndex[0] < 0) grayIndex[0] = blackSlot;
+    }
     QRgb lastPixel = lastPixel_;
     int lastIndex = lastIndex_;
     Octet* out = out_;
@@ -525,6 +530,7 @@ class FastWalk {
       for (int done = 0; done < pages;) {
         const int n = std::min(kStretch, pages - done);
         int stop = n;
+        bool checked = K == Kind::C262k;  // 262k never stops: a colour goes out as itself
         if constexpr (K != Kind::C16M) {
           if (grid) {
             // A grid answers from each channel: no search, no branch.
@@ -545,19 +551,20 @@ class FastWalk {
               }
             }
           } else if (grays) {
+            // Black is gray level 0: the black slot answers there when the table lacks it.
             for (int i = 0; i < n; ++i) {
               const QRgb v = p[DX * i];
               const unsigned level = v & 0xFF;
-              const bool gray = (v & 0xFFFFFFu) == level * 0x010101u;
-              found[std::size_t(i)] = gray ? grays[level] : -1;
-            }
-            if (blackSlot >= 0) {
-              for (int i = 0; i < n; ++i) {
-                if (found[std::size_t(i)] < 0 && (p[DX * i] & 0xFFFFFFu) == 0) {
-                  found[std::size_t(i)] = blackSlot;
+              const int index = (v & 0xFFFFFFu) == level * 0x010101u ? grayIndex[level] : -1;
+              found[std::size_t(i)] = index;
+              if constexpr (K != Kind::C262k) {
+                if (index < 0) {
+                  stop = i;
+                  break;
                 }
               }
             }
+            if constexpr (K != Kind::C262k) checked = true;
           } else {
             for (int i = 0; i < n; ++i) {
               const QRgb v = p[DX * i];
@@ -568,7 +575,7 @@ class FastWalk {
               found[std::size_t(i)] = lastIndex;
             }
           }
-          if constexpr (K != Kind::C262k) {
+          if (!checked) {
             for (int i = 0; i < n; ++i) {
               if (found[std::size_t(i)] < 0) {
                 stop = i;
@@ -727,9 +734,10 @@ class FastWalk {
         for (int i = 0; i < n; ++i) put(found[i] * scale);
         return out;
       }
+      // Three 5-bit levels in two bytes: phase 1 holds a level, phase 2 ends the first
+      // byte and holds the rest, phase 3 ends the second byte.
       int phase = phase_, held = held_;
-      for (int i = 0; i < n; ++i) {
-        const int v = found[i] * 8;
+      auto step = [&](int v) {
         phase = phase % 3 + 1;
         if (phase == 1) {
           held = v;
@@ -739,7 +747,19 @@ class FastWalk {
         } else {
           put(held + (v >> 3));
         }
+      };
+      int i = 0;
+      for (; i < n && phase % 3 != 0; ++i) step(found[i] * 8);
+      // Whole groups of three from phase 1 on; each leaves phase 3 and its middle level's
+      // rest held.
+      for (; i + 3 <= n; i += 3) {
+        const int a = found[i] * 8, b = found[i + 1] * 8, c = found[i + 2] * 8;
+        put(a + (b >> 6));
+        held = (b * 4) & 224;
+        put(held + (c >> 3));
+        phase = 3;
       }
+      for (; i < n; ++i) step(found[i] * 8);
       phase_ = phase, held_ = held;
     } else if constexpr (K == Kind::C4096) {
       if (!pm) {
@@ -751,18 +771,24 @@ class FastWalk {
         }
         return out;
       }
+      // Two 12-bit words in three bytes: phase 1 holds a word, phase 2 writes both.
       int phase = phase_, held = held_;
-      for (int i = 0; i < n; ++i) {
-        const int v = Reorder4096Output(found[i]);
-        phase = phase % 2 + 1;
-        if (phase == 1) {
-          held = v;
-          continue;
-        }
+      int i = 0;
+      if (n > 0 && phase == 1) {
+        const int v = Reorder4096Output(found[i++]);
+        phase = 2;
         put(held >> 4);
         put(((held << 4) & 0xF0) + (v >> 8));
         put(v & 255);
       }
+      for (; i + 2 <= n; i += 2) {
+        const int a = Reorder4096Output(found[i]), b = Reorder4096Output(found[i + 1]);
+        put(a >> 4);
+        put(((a << 4) & 0xF0) + (b >> 8));
+        put(b & 255);
+        held = a, phase = 2;
+      }
+      if (i < n) held = Reorder4096Output(found[i]), phase = 1;
       phase_ = phase, held_ = held;
     } else if constexpr (K == Kind::C65536) {
       if (px_.SWRG) {
