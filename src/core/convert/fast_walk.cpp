@@ -416,13 +416,6 @@ class FastWalk {
   /// together (with SSE2 four at a time) and their bits put in order through a table.
   template <int DX>
   bool MonoRows(bool fromTop) {
-    c_.BytesPerRow = pages_;
-    c_.PagesPerColumn = c_.AreaHeight;
-    const int top = c_.AreaTop, bottom = c_.AreaBottom;
-    const int first = fromTop ? top : bottom - 1;
-    const int dy = fromTop ? 1 : -1;
-    const int pages = pages_;
-    const int start = DX > 0 ? c_.AreaLeft : c_.AreaRight - 1;
     // Bit i of the mask is the pixel i read; the byte takes it at 7 - i (MSB first) or i, and
     // PPB keeps the top bits of a horizontal byte.
     static constexpr int kMasks[] = {0xFF, 0xFF, 0xFF, 0xFF, 0xF0, 0xF8, 0xFC, 0xFE};
@@ -435,14 +428,37 @@ class FastWalk {
       const int value = (msbFirst ? ReverseByte(pixels) : pixels) & keep;
       byteOf[std::size_t(mask)] = final_[std::size_t(value)];
     }
-    const Octet* const flushAt = buffer_.data() + kFlushAt - 256;
+    return RowStretches<DX>(fromTop, 8, 1, [&](const QRgb* p, int n, Octet* out) {
+      for (int b = 0; b < n; ++b, p += DX * 8) *out++ = byteOf[std::size_t(BlackMask<DX>(p))];
+      return out;
+    });
+  }
+
+  /// Walks the rows of the area from the top or the bottom, each in stretches of at most 256
+  /// packer calls of `pixelsPerCall` pixels and at most `bytesPerCall` bytes:
+  /// `pack(p, n, out)` packs the n calls from pixel `p` into `out` and returns the new end,
+  /// or null after it stopped the walk (Stop). False when it stopped.
+  template <int DX, typename Pack>
+  [[gnu::always_inline]] bool RowStretches(bool fromTop, int pixelsPerCall, int bytesPerCall,
+                                           Pack&& pack) {
+    constexpr int kStretch = 256;
+    c_.BytesPerRow = pages_;
+    c_.PagesPerColumn = c_.AreaHeight;
+    const int top = c_.AreaTop, bottom = c_.AreaBottom;
+    const int first = fromTop ? top : bottom - 1;
+    const int dy = fromTop ? 1 : -1;
+    const int pages = pages_;
+    const int start = DX > 0 ? c_.AreaLeft : c_.AreaRight - 1;
+    const Octet* const flushAt = buffer_.data() + kFlushAt - bytesPerCall * kStretch;
     Octet* out = out_;
     for (int y = first; y >= top && y < bottom; y += dy) {
       GroupStart(out);
       const QRgb* p = image_.Row(y) + start;
       for (int done = 0; done < pages;) {
-        const int n = std::min(256, pages - done);
-        for (int b = 0; b < n; ++b, p += DX * 8) *out++ = byteOf[std::size_t(BlackMask<DX>(p))];
+        const int n = std::min(kStretch, pages - done);
+        out = pack(p, n, out);
+        if (out == nullptr) return false;
+        p += DX * pixelsPerCall * n;
         done += n;
         if (out >= flushAt) {
           out_ = out;
@@ -501,16 +517,7 @@ class FastWalk {
         return GridWordRows<K, DX, 3>(fromTop, *words);
       }
     }
-    c_.BytesPerRow = pages_;
-    c_.PagesPerColumn = c_.AreaHeight;
-    const int top = c_.AreaTop, bottom = c_.AreaBottom;
-    const int first = fromTop ? top : bottom - 1;
-    const int dy = fromTop ? 1 : -1;
-    const int pages = pages_;
-    const int start = DX > 0 ? c_.AreaLeft : c_.AreaRight - 1;
-    constexpr int kStretch = 256;  // at most 4 bytes a pixel: 1024 bytes a stretch
-    const Octet* const flushAt = buffer_.data() + kFlushAt - 4 * kStretch;
-    std::array<int, kStretch> found;
+    std::array<int, 256> found;
     const ColorSearch* const colors = colors_;
     const std::optional<canvas::ColorIndexer::GridTables> grid =
         colors != nullptr ? colors->Indexer().Grid() : std::nullopt;
@@ -523,86 +530,73 @@ class FastWalk {
     }
     QRgb lastPixel = lastPixel_;
     int lastIndex = lastIndex_;
-    Octet* out = out_;
-    for (int y = first; y >= top && y < bottom; y += dy) {
-      GroupStart(out);
-      const QRgb* p = image_.Row(y) + start;
-      for (int done = 0; done < pages;) {
-        const int n = std::min(kStretch, pages - done);
-        int stop = n;
-        bool checked = K == Kind::C262k;  // 262k never stops: a colour goes out as itself
-        if constexpr (K != Kind::C16M) {
-          if (grid) {
-            // A grid answers from each channel: no search, no branch.
-            const std::int16_t *red = grid->red, *green = grid->green, *blue = grid->blue;
-            const int shiftGreen = grid->shiftGreen, shiftBlue = grid->shiftBlue;
+    // At most 4 bytes a pixel.
+    const bool completed = RowStretches<DX>(fromTop, 1, 4, [&](const QRgb* p, int n, Octet* out) {
+      int stop = n;
+      bool checked = K == Kind::C262k;  // 262k never stops: a colour goes out as itself
+      if constexpr (K != Kind::C16M) {
+        if (grid) {
+          // A grid answers from each channel: no search, no branch.
+          const std::int16_t *red = grid->red, *green = grid->green, *blue = grid->blue;
+          const int shiftGreen = grid->shiftGreen, shiftBlue = grid->shiftBlue;
+          for (int i = 0; i < n; ++i) {
+            const QRgb v = p[DX * i];
+            const int r = red[(v >> 16) & 0xFF], g = green[(v >> 8) & 0xFF], b = blue[v & 0xFF];
+            found[std::size_t(i)] = (r | g | b) < 0 ? -1 : (b << shiftBlue) | (g << shiftGreen) | r;
+          }
+          // Black outside the grid takes the black slot, as the search gives it.
+          if (blackSlot >= 0) {
             for (int i = 0; i < n; ++i) {
-              const QRgb v = p[DX * i];
-              const int r = red[(v >> 16) & 0xFF], g = green[(v >> 8) & 0xFF], b = blue[v & 0xFF];
-              found[std::size_t(i)] =
-                  (r | g | b) < 0 ? -1 : (b << shiftBlue) | (g << shiftGreen) | r;
-            }
-            // Black outside the grid takes the black slot, as the search gives it.
-            if (blackSlot >= 0) {
-              for (int i = 0; i < n; ++i) {
-                if (found[std::size_t(i)] < 0 && (p[DX * i] & 0xFFFFFFu) == 0) {
-                  found[std::size_t(i)] = blackSlot;
-                }
+              if (found[std::size_t(i)] < 0 && (p[DX * i] & 0xFFFFFFu) == 0) {
+                found[std::size_t(i)] = blackSlot;
               }
-            }
-          } else if (grays) {
-            // Black is gray level 0: the black slot answers there when the table lacks it.
-            for (int i = 0; i < n; ++i) {
-              const QRgb v = p[DX * i];
-              const unsigned level = v & 0xFF;
-              const int index = (v & 0xFFFFFFu) == level * 0x010101u ? grayIndex[level] : -1;
-              found[std::size_t(i)] = index;
-              if constexpr (K != Kind::C262k) {
-                if (index < 0) {
-                  stop = i;
-                  break;
-                }
-              }
-            }
-            if constexpr (K != Kind::C262k) checked = true;
-          } else {
-            for (int i = 0; i < n; ++i) {
-              const QRgb v = p[DX * i];
-              if (v != lastPixel) {
-                lastPixel = v;
-                lastIndex = colors->Find(ColorOf(v));
-              }
-              found[std::size_t(i)] = lastIndex;
             }
           }
-          if (!checked) {
-            for (int i = 0; i < n; ++i) {
-              if (found[std::size_t(i)] < 0) {
+        } else if (grays) {
+          // Black is gray level 0: the black slot answers there when the table lacks it.
+          for (int i = 0; i < n; ++i) {
+            const QRgb v = p[DX * i];
+            const unsigned level = v & 0xFF;
+            const int index = (v & 0xFFFFFFu) == level * 0x010101u ? grayIndex[level] : -1;
+            found[std::size_t(i)] = index;
+            if constexpr (K != Kind::C262k) {
+              if (index < 0) {
                 stop = i;
                 break;
               }
             }
           }
+          if constexpr (K != Kind::C262k) checked = true;
+        } else {
+          for (int i = 0; i < n; ++i) {
+            const QRgb v = p[DX * i];
+            if (v != lastPixel) {
+              lastPixel = v;
+              lastIndex = colors->Find(ColorOf(v));
+            }
+            found[std::size_t(i)] = lastIndex;
+          }
         }
-        out = PackStretch<K, DX>(p, found.data(), stop, out);
-        if (stop < n) {
-          colors_->notFound = std::int64_t(ColorOf(p[DX * stop]));
-          c_.Aborted = true;
-          lastPixel_ = lastPixel, lastIndex_ = lastIndex;
-          return Stop(out);
-        }
-        p += DX * n;
-        done += n;
-        if (out >= flushAt) {
-          out_ = out;
-          Flush();
-          out = out_;
+        if (!checked) {
+          for (int i = 0; i < n; ++i) {
+            if (found[std::size_t(i)] < 0) {
+              stop = i;
+              break;
+            }
+          }
         }
       }
-    }
+      out = PackStretch<K, DX>(p, found.data(), stop, out);
+      if (stop < n) {
+        colors_->notFound = std::int64_t(ColorOf(p[DX * stop]));
+        c_.Aborted = true;
+        Stop(out);
+        return static_cast<Octet*>(nullptr);
+      }
+      return out;
+    });
     lastPixel_ = lastPixel, lastIndex_ = lastIndex;
-    out_ = out;
-    return true;
+    return completed;
   }
 
   /// What each channel level of a grid palette gives to the output word of a pixel: the bits
@@ -674,50 +668,29 @@ class FastWalk {
   /// as its own value (black as the black slot).
   template <Kind K, int DX, int Bytes>
   bool GridWordRows(bool fromTop, const WordTables& t) {
-    c_.BytesPerRow = pages_;
-    c_.PagesPerColumn = c_.AreaHeight;
-    const int top = c_.AreaTop, bottom = c_.AreaBottom;
-    const int first = fromTop ? top : bottom - 1;
-    const int dy = fromTop ? 1 : -1;
-    const int pages = pages_;
-    const int start = DX > 0 ? c_.AreaLeft : c_.AreaRight - 1;
-    constexpr int kStretch = 256;
-    const Octet* const flushAt = buffer_.data() + kFlushAt - Bytes * kStretch;
     const Octet* const final = final_.data();
     const std::uint32_t *red = t.red.data(), *green = t.green.data(), *blue = t.blue.data();
-    Octet* out = out_;
-    for (int y = first; y >= top && y < bottom; y += dy) {
-      GroupStart(out);
-      const QRgb* p = image_.Row(y) + start;
-      for (int done = 0; done < pages;) {
-        const int n = std::min(kStretch, pages - done);
-        for (int i = 0; i < n; ++i, p += DX) {
-          const QRgb v = *p;
-          std::uint32_t w = red[(v >> 16) & 0xFF] | green[(v >> 8) & 0xFF] | blue[v & 0xFF];
-          if (w & WordTables::kMissing) [[unlikely]] {
-            if constexpr (K == Kind::C262k) {
-              const int index = colors_->Find(ColorOf(v));
-              w = Word262k(index >= 0 ? index : int(ColorOf(v)), px_.C18u, px_.rgb2);
-            } else {
-              colors_->notFound = std::int64_t(ColorOf(v));
-              c_.Aborted = true;
-              return Stop(out);
-            }
+    return RowStretches<DX>(fromTop, 1, Bytes, [&](const QRgb* p, int n, Octet* out) {
+      for (int i = 0; i < n; ++i, p += DX) {
+        const QRgb v = *p;
+        std::uint32_t w = red[(v >> 16) & 0xFF] | green[(v >> 8) & 0xFF] | blue[v & 0xFF];
+        if (w & WordTables::kMissing) [[unlikely]] {
+          if constexpr (K == Kind::C262k) {
+            const int index = colors_->Find(ColorOf(v));
+            w = Word262k(index >= 0 ? index : int(ColorOf(v)), px_.C18u, px_.rgb2);
+          } else {
+            colors_->notFound = std::int64_t(ColorOf(v));
+            c_.Aborted = true;
+            Stop(out);
+            return static_cast<Octet*>(nullptr);
           }
-          if constexpr (Bytes == 3) *out++ = final[(w >> 16) & 0xFF];
-          if constexpr (Bytes >= 2) *out++ = final[(w >> 8) & 0xFF];
-          *out++ = final[w & 0xFF];
         }
-        done += n;
-        if (out >= flushAt) {
-          out_ = out;
-          Flush();
-          out = out_;
-        }
+        if constexpr (Bytes == 3) *out++ = final[(w >> 16) & 0xFF];
+        if constexpr (Bytes >= 2) *out++ = final[(w >> 8) & 0xFF];
+        *out++ = final[w & 0xFF];
       }
-    }
-    out_ = out;
-    return true;
+      return out;
+    });
   }
 
   /// Packs `n` one-pixel calls from `p` (table indexes in `found`) into `out`.
