@@ -35,6 +35,10 @@ for picture in "$pictures"/*.png; do
                     <(strip_dates "$work/new/out/log" | grep -v XDG_RUNTIME); then
           differ=$((differ + 1))
           echo "DIFFERS: ${args[*]}"
+          # Both sides kept for a look: a difference that does not come back on a rerun is
+          # the machine's, not the build's.
+          mkdir -p "$work/differs/$differ" && cp -r "$work/old/out" "$work/differs/$differ/old" &&
+            cp -r "$work/new/out" "$work/differs/$differ/new"
         fi
       done
     done
