@@ -509,6 +509,7 @@ class FastWalk {
   bool IndexRows(bool fromTop) {
     if constexpr (K == Kind::Index || K == Kind::C4096 || K == Kind::C65536) {
       if (std::optional<WordTables> words = GridWords<K>()) {
+        if (words->bytes == 0) return GridPairRows<DX>(fromTop, *words);
         return words->bytes == 1 ? GridWordRows<K, DX, 1>(fromTop, *words)
                                  : GridWordRows<K, DX, 2>(fromTop, *words);
       }
@@ -606,7 +607,9 @@ class FastWalk {
   struct WordTables {
     static constexpr std::uint32_t kMissing = 1u << 31;
     std::array<std::uint32_t, 256> red, green, blue;
-    int bytes;  ///< bytes a pixel: the word's low byte, or its high byte then its low byte
+    /// Bytes a pixel: 1 to 3, the word's bytes from the highest; 0 for the exchanged words of
+    /// packed 4096 colours, two in three bytes.
+    int bytes;
   };
 
   /// The word tables of K over a grid palette, for the packings that are a fixed exchange of
@@ -619,7 +622,7 @@ class FastWalk {
     }
     const std::optional<canvas::ColorIndexer::GridTables> grid = colors_->Indexer().Grid();
     if (!grid) return std::nullopt;
-    if (K == Kind::C4096 && px_.PM) return std::nullopt;
+    const bool pairs = K == Kind::C4096 && px_.PM;  // two exchanged words in three bytes
     const bool rgb2 = px_.rgb2, swrg = px_.SWRG, unpacked = px_.C18u;
     auto word = [&](int index) -> std::uint32_t {
       if constexpr (K == Kind::C262k) return Word262k(index, unpacked, rgb2);
@@ -627,6 +630,7 @@ class FastWalk {
         return std::uint32_t(Reorder256Output(index)) & 0xFF;
       } else if constexpr (K == Kind::C4096) {
         const int v = Reorder4096Output(index);
+        if (pairs) return std::uint32_t(v);
         const int high = (v >> 8) & 15, low = v & 255;
         return std::uint32_t(rgb2 ? (low << 8) | high : (high << 8) | low);
       } else {
@@ -637,7 +641,7 @@ class FastWalk {
       }
     };
     WordTables t;
-    t.bytes = K == Kind::Index ? 1 : K == Kind::C262k ? 3 : 2;
+    t.bytes = pairs ? 0 : K == Kind::Index ? 1 : K == Kind::C262k ? 3 : 2;
     for (int level = 0; level < 256; ++level) {
       const int r = grid->red[level], g = grid->green[level], b = grid->blue[level];
       t.red[std::size_t(level)] = r < 0 ? WordTables::kMissing : word(r);
@@ -691,6 +695,40 @@ class FastWalk {
       }
       return out;
     });
+  }
+
+  /// Rows of packed 4096 colours over a grid palette: each pixel's exchanged word from the
+  /// channel tables (GridWords); phase 1 holds a word, phase 2 writes both in three bytes. The
+  /// phase goes on across rows, and a colour off the grid stops the walk as the packer stops.
+  template <int DX>
+  bool GridPairRows(bool fromTop, const WordTables& t) {
+    const Octet* const final = final_.data();
+    const std::uint32_t *red = t.red.data(), *green = t.green.data(), *blue = t.blue.data();
+    int phase = phase_, held = held_;
+    const bool completed = RowStretches<DX>(fromTop, 1, 2, [&](const QRgb* p, int n, Octet* out) {
+      for (int i = 0; i < n; ++i, p += DX) {
+        const QRgb v = *p;
+        const std::uint32_t w = red[(v >> 16) & 0xFF] | green[(v >> 8) & 0xFF] | blue[v & 0xFF];
+        if (w & WordTables::kMissing) [[unlikely]] {
+          colors_->notFound = std::int64_t(ColorOf(v));
+          c_.Aborted = true;
+          Stop(out);
+          return static_cast<Octet*>(nullptr);
+        }
+        const int word = int(w);
+        if (phase != 1) {
+          phase = 1, held = word;
+          continue;
+        }
+        phase = 2;
+        *out++ = final[(held >> 4) & 0xFF];
+        *out++ = final[(((held << 4) & 0xF0) + (word >> 8)) & 0xFF];
+        *out++ = final[word & 0xFF];
+      }
+      return out;
+    });
+    phase_ = phase, held_ = held;
+    return completed;
   }
 
   /// Packs `n` one-pixel calls from `p` (table indexes in `found`) into `out`.
