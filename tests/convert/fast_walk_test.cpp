@@ -101,11 +101,12 @@ void PrintTo(const Outcome& o, std::ostream* out) {
 /// Walks `area` of `image` the general way or the fast way (`covered` tells whether the fast
 /// way took it), Escape pressed at poll `escapeAt` (0: never), values rearranged by `grid`.
 Outcome Walk(const settings::Settings& s, const QImage& image, AreaBounds area, bool fast,
-             bool* covered = nullptr, int escapeAt = 0, const ReorderGrid* grid = nullptr) {
+             bool* covered = nullptr, int escapeAt = 0, const ReorderGrid* grid = nullptr,
+             const TableSearch* table = nullptr) {
   app::TextBuffer text;
   const long long count = DataByteCount(s, area.right - area.left, area.bottom - area.top);
   DataTextWriter writer(s, text, {EndOfLineFlagsOf(s.format), count});
-  const TableSearch search = TableIndex(canvas::ModeOf(s));
+  const TableSearch search = table ? *table : TableIndex(canvas::ModeOf(s));
   ColorSearch colors(search.index, search.blackSlot);
   std::optional<GridReorderStage> reorder;
   if (grid) reorder.emplace(*grid, s);
@@ -241,6 +242,37 @@ TEST(FastWalk, StopsWhereTheWalkersStop) {
         if (escapeAt == 0 && !settings::IsMonochromeMode(mode) && mode != PixelMode::Colors262k) {
           EXPECT_EQ(fast.notFound, std::optional<std::int64_t>(0x030201));
         }
+      }
+    }
+  }
+}
+
+// A palette that is no longer a grid (one entry changed) is searched through its hash: the
+// fast loops then look each colour up and pack it as the packers do, a colour off the table
+// included (262k writes it as its own value).
+TEST(FastWalk, GivesTheBytesOfTheWalkersOnAPaletteThatIsNoGrid) {
+  for (const PixelMode mode :
+       {PixelMode::Colors256, PixelMode::Colors4096, PixelMode::Colors4096Packed,
+        PixelMode::Colors65536, PixelMode::Colors262k}) {
+    canvas::Palette table = canvas::DefaultSearchTable(mode);
+    TableSearch search;
+    if (canvas::PaletteInfoOf(mode).entries == 0x40000) {
+      table.pop_back();
+      search.blackSlot = int(table.size());
+    }
+    table[3] = 0x123456;
+    search.index = std::make_shared<const canvas::ColorIndexer>(table);
+    ASSERT_FALSE(search.index->Grid()) << settings::Info(mode).cliName;
+    const QImage picture =
+        RandomPicture(mode, 19, 13, 31, mode == PixelMode::Colors262k ? qRgb(1, 2, 3) : 0);
+    for (const char* keys : {"", "rgb2=1", "SWRG=1|MSBF=0", "PM=1", "PM=0|C18u=1"}) {
+      for (const ScanDirection direction : {ScanDirection::tr, ScanDirection::tl}) {
+        const settings::Settings s = For(mode, direction, 1, picture, keys);
+        bool taken = false;
+        const Outcome fast = Walk(s, picture, {0, 0, 19, 13}, true, &taken, 0, nullptr, &search);
+        ASSERT_TRUE(taken) << settings::Info(mode).cliName << " " << keys;
+        EXPECT_EQ(fast, Walk(s, picture, {0, 0, 19, 13}, false, nullptr, 0, nullptr, &search))
+            << settings::Info(mode).cliName << " " << keys;
       }
     }
   }

@@ -821,17 +821,10 @@ class FastWalk {
       for (int i = 0; i < n; ++i) {
         // A colour outside the table goes out as its own value.
         const int index = found[i] >= 0 ? found[i] : int(ColorOf(p[DX * i]));
-        const std::int64_t v = Reorder262kOutput(index);
-        int b0, b1, b2;
-        if (unpacked) {
-          b0 = int((v >> 12) & 63), b1 = int((v >> 6) & 63), b2 = int(v & 63);
-        } else {
-          b0 = int((v >> 16) & 255), b1 = int((v >> 8) & 255), b2 = int(v & 255);
-        }
-        if (rgb2) std::swap(b0, b2);
-        put(b0);
-        put(b1);
-        put(b2);
+        const std::uint32_t w = Word262k(index, unpacked, rgb2);
+        put(int(w >> 16));
+        put(int(w >> 8));
+        put(int(w));
       }
     } else if constexpr (K == Kind::C16M) {
       // The word exchange turns the canvas colour 0x00BBGGRR into red, green and blue from
