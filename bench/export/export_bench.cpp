@@ -240,6 +240,7 @@ int main(int argc, char* argv[]) {
   vt::app::Log log;
   vt::convert::WriteDefaultHeaderFile(folder.path() + QStringLiteral("/bench.LCD"),
                                       vt::convert::HeaderKind::Graphics, true, log);
+  bool anyFailed = false;  // an export that did not complete fails the run (and the smoke test)
   for (const QSize size : sizes) {
     const QImage picture = Picture(size.width(), size.height());
     const Measure floor = InChild([&] { return FloorMs(picture, budget, rounds); });
@@ -260,6 +261,7 @@ int main(int argc, char* argv[]) {
       if (name.isEmpty() || (!only.isEmpty() && name != only)) continue;
       const Measure m =
           InChild([&] { return ExportMs(picture, info.mode, folder.path(), budget, rounds); });
+      anyFailed = anyFailed || m.ms < 0 || m.textMs < 0;
       auto figure = [](double ms) {
         return ms < 0 ? QStringLiteral("failed") : QString::number(ms, 'f', 3);
       };
@@ -277,5 +279,5 @@ int main(int argc, char* argv[]) {
       out.flush();
     }
   }
-  return 0;
+  return anyFailed ? 1 : 0;
 }
