@@ -518,56 +518,37 @@ class FastWalk {
         return GridWordRows<K, DX, 3>(fromTop, *words);
       }
     }
+    // Grid palettes took the word tables above; gray tables are read by level, any other
+    // table through its search.
     std::array<int, 256> found;
     const ColorSearch* const colors = colors_;
-    const std::optional<canvas::ColorIndexer::GridTables> grid =
-        colors != nullptr ? colors->Indexer().Grid() : std::nullopt;
     const int* const grays = colors != nullptr ? colors->Indexer().Grays() : nullptr;
-    const int blackSlot = colors != nullptr ? colors->BlackSlot() : -1;
     std::array<int, 256> grayIndex{};
     if (grays) {
+      // Black is gray level 0: the black slot answers there when the table lacks it.
       std::copy(grays, grays + 256, grayIndex.begin());
-      if (grayIndex[0] < 0) grayIndex[0] = blackSlot;
+      if (grayIndex[0] < 0) grayIndex[0] = colors->BlackSlot();
     }
+    // 262k never stops: a colour off the table goes out as itself.
+    constexpr bool kStops = K != Kind::C262k;
     QRgb lastPixel = lastPixel_;
     int lastIndex = lastIndex_;
     // At most 4 bytes a pixel.
     const bool completed = RowStretches<DX>(fromTop, 1, 4, [&](const QRgb* p, int n, Octet* out) {
       int stop = n;
-      bool checked = K == Kind::C262k;  // 262k never stops: a colour goes out as itself
       if constexpr (K != Kind::C16M) {
-        if (grid) {
-          // A grid answers from each channel: no search, no branch.
-          const std::int16_t *red = grid->red, *green = grid->green, *blue = grid->blue;
-          const int shiftGreen = grid->shiftGreen, shiftBlue = grid->shiftBlue;
-          for (int i = 0; i < n; ++i) {
-            const QRgb v = p[DX * i];
-            const int r = red[(v >> 16) & 0xFF], g = green[(v >> 8) & 0xFF], b = blue[v & 0xFF];
-            found[std::size_t(i)] = (r | g | b) < 0 ? -1 : (b << shiftBlue) | (g << shiftGreen) | r;
-          }
-          // Black outside the grid takes the black slot, as the search gives it.
-          if (blackSlot >= 0) {
-            for (int i = 0; i < n; ++i) {
-              if (found[std::size_t(i)] < 0 && (p[DX * i] & 0xFFFFFFu) == 0) {
-                found[std::size_t(i)] = blackSlot;
-              }
-            }
-          }
-        } else if (grays) {
-          // Black is gray level 0: the black slot answers there when the table lacks it.
+        // Each loop ends at the first colour the table lacks, where the walk stops.
+        if (grays) {
           for (int i = 0; i < n; ++i) {
             const QRgb v = p[DX * i];
             const unsigned level = v & 0xFF;
             const int index = (v & 0xFFFFFFu) == level * 0x010101u ? grayIndex[level] : -1;
             found[std::size_t(i)] = index;
-            if constexpr (K != Kind::C262k) {
-              if (index < 0) {
-                stop = i;
-                break;
-              }
+            if (kStops && index < 0) {
+              stop = i;
+              break;
             }
           }
-          if constexpr (K != Kind::C262k) checked = true;
         } else {
           for (int i = 0; i < n; ++i) {
             const QRgb v = p[DX * i];
@@ -576,11 +557,7 @@ class FastWalk {
               lastIndex = colors->Find(ColorOf(v));
             }
             found[std::size_t(i)] = lastIndex;
-          }
-        }
-        if (!checked) {
-          for (int i = 0; i < n; ++i) {
-            if (found[std::size_t(i)] < 0) {
+            if (kStops && lastIndex < 0) {
               stop = i;
               break;
             }
@@ -625,8 +602,9 @@ class FastWalk {
     const bool pairs = K == Kind::C4096 && px_.PM;  // two exchanged words in three bytes
     const bool rgb2 = px_.rgb2, swrg = px_.SWRG, unpacked = px_.C18u;
     auto word = [&](int index) -> std::uint32_t {
-      if constexpr (K == Kind::C262k) return Word262k(index, unpacked, rgb2);
-      if constexpr (K == Kind::Index) {
+      if constexpr (K == Kind::C262k) {
+        return Word262k(index, unpacked, rgb2);
+      } else if constexpr (K == Kind::Index) {
         return std::uint32_t(Reorder256Output(index)) & 0xFF;
       } else if constexpr (K == Kind::C4096) {
         const int v = Reorder4096Output(index);
@@ -673,6 +651,7 @@ class FastWalk {
   template <Kind K, int DX, int Bytes>
   bool GridWordRows(bool fromTop, const WordTables& t) {
     const Octet* const final = final_.data();
+    // The tables' addresses in locals, so that the loop keeps them in registers.
     const std::uint32_t *red = t.red.data(), *green = t.green.data(), *blue = t.blue.data();
     return RowStretches<DX>(fromTop, 1, Bytes, [&](const QRgb* p, int n, Octet* out) {
       for (int i = 0; i < n; ++i, p += DX) {
@@ -702,7 +681,7 @@ class FastWalk {
   /// phase goes on across rows, and a colour off the grid stops the walk as the packer stops.
   template <int DX>
   bool GridPairRows(bool fromTop, const WordTables& t) {
-    const Octet* const final = final_.data();
+    // The tables' addresses in locals, so that the loop keeps them in registers.
     const std::uint32_t *red = t.red.data(), *green = t.green.data(), *blue = t.blue.data();
     int phase = phase_, held = held_;
     const bool completed = RowStretches<DX>(fromTop, 1, 2, [&](const QRgb* p, int n, Octet* out) {
@@ -721,9 +700,7 @@ class FastWalk {
           continue;
         }
         phase = 2;
-        *out++ = final[(held >> 4) & 0xFF];
-        *out++ = final[(((held << 4) & 0xF0) + (word >> 8)) & 0xFF];
-        *out++ = final[word & 0xFF];
+        PutWordPair(out, held, word);
       }
       return out;
     });
@@ -788,15 +765,11 @@ class FastWalk {
       if (n > 0 && phase == 1) {
         const int v = Reorder4096Output(found[i++]);
         phase = 2;
-        put(held >> 4);
-        put(((held << 4) & 0xF0) + (v >> 8));
-        put(v & 255);
+        PutWordPair(out, held, v);
       }
       for (; i + 2 <= n; i += 2) {
         const int a = Reorder4096Output(found[i]), b = Reorder4096Output(found[i + 1]);
-        put(a >> 4);
-        put(((a << 4) & 0xF0) + (b >> 8));
-        put(b & 255);
+        PutWordPair(out, a, b);
         held = a, phase = 2;
       }
       if (i < n) held = Reorder4096Output(found[i]), phase = 1;
@@ -904,6 +877,12 @@ class FastWalk {
 
   [[gnu::always_inline]] void Put(Octet*& out, int value) const {
     *out++ = final_[static_cast<std::size_t>(value & 0xFF)];
+  }
+  /// Two exchanged 12-bit words of packed 4096 colours in three bytes.
+  [[gnu::always_inline]] void PutWordPair(Octet*& out, int first, int second) const {
+    Put(out, first >> 4);
+    Put(out, ((first << 4) & 0xF0) + (second >> 8));
+    Put(out, second & 255);
   }
 
   void Flush() {
@@ -1017,9 +996,7 @@ class FastWalk {
           held_ = n;
           return true;
         }
-        Put(out, held_ >> 4);
-        Put(out, ((held_ << 4) & 0xF0) + (n >> 8));
-        Put(out, n & 255);
+        PutWordPair(out, held_, n);
         return true;
       }
       case Kind::C65536: {
