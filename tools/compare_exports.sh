@@ -3,11 +3,17 @@
 # keys with two builds of vantorelle-cli, and reports every export whose text, messages or exit
 # status differ (dates and times left out). For checking that a speed change keeps the output.
 # Usage: tools/compare_exports.sh OLD_CLI NEW_CLI PICTURE_DIR WORK_DIR
+# MODES="gray4 colors256" narrows the modes; KEYS="- ORGC=3|Neg=1" replaces the key sets (each
+# word one set of --set keys joined by "|", "-" for none).
 set -uo pipefail
 old="$1" new="$2" pictures="$3" work="$4"
-modes=$("$new" --help 2>&1 | sed -n 's/^ *monochrome, /monochrome, /p' | tr -d ' .' | tr ',' ' ')
+modes=${MODES:-$("$new" --help 2>&1 | sed -n 's/^ *monochrome, /monochrome, /p' | tr -d ' .' | tr ',' ' ')}
 directions="default tr tl tra tla td tda tu tua"
 keys=("" "MSBF=0" "SWRG=1" "rgb2=1" "Neg=1" "snib=1" "RGBA=1")
+if [ -n "${KEYS:-}" ]; then
+  keys=()
+  for set in $KEYS; do [ "$set" = - ] && keys+=("") || keys+=("$set"); done
+fi
 rm -rf "$work" && mkdir -p "$work/old" "$work/new"
 # Dates, times and the side's own folder are left out of the comparison.
 strip_dates() {
@@ -21,7 +27,10 @@ for picture in "$pictures"/*.png; do
       for key in "${keys[@]}"; do
         args=(export "$picture" --mode "$mode")
         [ "$direction" != default ] && args+=(--direction "$direction")
-        [ -n "$key" ] && args+=(--set "$key")
+        if [ -n "$key" ]; then
+          IFS='|' read -ra sets <<<"$key"
+          for one in "${sets[@]}"; do args+=(--set "$one"); done
+        fi
         for side in old new; do
           cli=$old; [ "$side" = new ] && cli=$new
           rm -rf "$work/$side/out" && mkdir -p "$work/$side/out"

@@ -310,16 +310,20 @@ TEST(DataTextWriterBulk, PlacesBytesAsValueByValueDoes) {
       "ORGC=4|FXHB=+H+|VALpref=0x|VALSUF=,|COMAh=0|COMAv=0", "ORGC=8|Neg=1",
       "ORGC=3|FXHB=+H+|VALpref=\xC2\xA7|VALSUF=\xE2\x82\xAC", "ORGC=16|delallas=1",
       "ORGC=4|FXHB=+H+|VALpref=0xxxxxxxxxxxxxxxxx",  // longer than a slot: value by value
-      "ORGC=2|bits=16", "ORGC=2|DHec=1|D8bc=0"};
+      "ORGC=2|bits=16", "ORGC=2|DHec=1|D8bc=0",
+      // Two-page gray deals pairs to two planes: odd counts never end a pair, runs split pairs.
+      "mode=gray4-2pages|ORGC=16", "mode=gray4-2pages|ORGC=3|Neg=1",
+      "mode=gray4-2pages|ORGC=5|MSBF=0|FXHB=+D+", "mode=gray4-2pages|ORGC=1|Nodcom=1",
+      "mode=gray4-2pages|ORGC=4|delallas=1|Neg=1|MSBF=0"};
   std::mt19937 random(1);
   std::vector<std::uint8_t> bytes(97);
   for (auto& b : bytes) b = static_cast<std::uint8_t>(random());
   for (const char* keys : formats) {
-    for (const long long count : {0LL, 97LL, 98LL, 50LL}) {
+    for (const long long count : {0LL, 97LL, 98LL, 50LL, 51LL, 96LL}) {
       const settings::Settings s = test::With(keys, test::With("Noonts=1|BSD=0"));
-      app::TextBuffer one, bulk;
-      DataTextWriter byValue(s, one, {EndOfLineFlagsOf(s.format), count});
-      DataTextWriter inRuns(s, bulk, {EndOfLineFlagsOf(s.format), count});
+      app::TextBuffer one, bulk, oneSecond, bulkSecond;
+      DataTextWriter byValue(s, one, {EndOfLineFlagsOf(s.format), count}, &oneSecond);
+      DataTextWriter inRuns(s, bulk, {EndOfLineFlagsOf(s.format), count}, &bulkSecond);
       for (const std::uint8_t b : bytes) {
         byValue.StartComment();
         byValue.EmitValue(b, true);
@@ -335,6 +339,7 @@ TEST(DataTextWriterBulk, PlacesBytesAsValueByValueDoes) {
       byValue.WriteDataEnd(HeaderText{}, DataEndInfo{});
       inRuns.WriteDataEnd(HeaderText{}, DataEndInfo{});
       EXPECT_EQ(bulk.Text(), one.Text());
+      EXPECT_EQ(bulkSecond.Text(), oneSecond.Text());
     }
   }
 }

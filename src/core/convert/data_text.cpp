@@ -103,6 +103,11 @@ DataTextWriter::DataTextWriter(const settings::Settings& settings, app::TextBuff
       perLine_(std::max(1, settings.format.ORGC)),
       pictureEnabled_(MonochromeOrUnset(settings) && perLine_ == 1 && !settings.comment.Nodcom),
       dealPlanes_(settings.pixel.G42) {
+  // A dealing writer places one constant a pair, and only a pair that ends at the count is the
+  // last: an odd count never ends a pair.
+  const long long count = options_.dataByteCount;
+  lastConstant_ = !dealPlanes_ ? count : (count > 0 && count % 2 == 0 ? count / 2 : 0);
+  if (dealPlanes_) BuildDealing();
   if (dealPlanes_ && secondPlane) {
     secondPlane_.reset(new DataTextWriter(SecondPlaneTag{}, settings, *secondPlane, options_));
   }
@@ -198,9 +203,8 @@ void DataTextWriter::BuildSpelling() {
   }
   pictureAfter_ = perLine_ == 1 && format_ != ConstantFormat::ZeroB && format_ != ConstantFormat::B;
 
-  // The bulk path: bytes in text, no picture, no pairs dealt to two planes.
-  if (target_ != DataTarget::Text || wordBytes_ != 1 || pictureEnabled_ || dealPlanes_ ||
-      options_.fontMode) {
+  // The bulk path: bytes in text, no picture.
+  if (target_ != DataTarget::Text || wordBytes_ != 1 || pictureEnabled_ || options_.fontMode) {
     return;
   }
   const std::vector<Place> places =
@@ -232,8 +236,8 @@ void DataTextWriter::BuildSpelling() {
   lineRoom_ = (cpre_.size() + 24 + cpfr_.size() + std::size_t(perLine_) * PieceTable::kSlot +
                endMark_.size() + PieceTable::kSlot);
   // Room for the whole array in the text, as far as its size is known.
-  if (options_.dataByteCount > 0) {
-    const std::size_t values = std::size_t(options_.dataByteCount);
+  if (lastConstant_ > 0) {
+    const std::size_t values = std::size_t(lastConstant_);
     const std::size_t lines = values / std::size_t(perLine_) + 1;
     const std::size_t perValue = pre_.size() +
                                  (info.binaryFormat    ? 8
@@ -257,7 +261,7 @@ void DataTextWriter::BuildLineTemplate() {
   }
   const bool hex = !info.binaryFormat && !info.decimalFormat;
   // Spelling all values costs more than a small array's lines save.
-  if (!hex && options_.dataByteCount < 4096) return;
+  if (!hex && lastConstant_ < 4096) return;
   // Each value's digits in a slot of 8, so that a slot is copied whole. Hexadecimal digits
   // are two a value; the others are spelled, and must all come out as wide.
   std::vector<char> table(256 * 8, ' ');
@@ -362,16 +366,9 @@ void DataTextWriter::EmitValue(int value, bool endOfPixel) {
       return;
     }
     pairPending_ = false;
-    // The pair is one 16-bit number, first value high; its odd bits make the byte of the main
-    // array, its even bits the byte of the second plane.
-    const int pair = ((pairFirst_ & 0xFF) << 8) | (byte & 0xFF);
-    int a = 0;
-    int b = 0;
-    for (int k = 0; k < 8; ++k) {
-      const int target = settings_.scan.MSBF ? k : 7 - k;
-      if (TestBit(pair, 2 * k + 1)) a |= 1 << target;
-      if (TestBit(pair, 2 * k)) b |= 1 << target;
-    }
+    const int dealt = dealFirst_[pairFirst_ & 0xFF] | dealSecond_[byte & 0xFF];
+    const int a = dealt & 0xFF;
+    const int b = dealt >> 8;
     if (secondPlane_) secondPlane_->PutConstant(&b, 1, last);
     PutConstant(&a, 1, last);
     return;
@@ -384,15 +381,64 @@ void DataTextWriter::EmitValue(int value, bool endOfPixel) {
   PutConstant(parts_.data(), count, last);
 }
 
+void DataTextWriter::BuildDealing() {
+  // The pair is one 16-bit number, first value high; its odd bits make the byte of the main
+  // array (low byte of a table entry), its even bits the byte of the second plane (high byte).
+  // Bit 2k+1 or 2k of the pair goes to bit k of its byte by MSBF, else to bit 7-k.
+  for (int value = 0; value < 256; ++value) {
+    for (int half = 0; half < 2; ++half) {
+      int dealt = 0;
+      for (int bit = 0; bit < 8; ++bit) {
+        if (!TestBit(value, bit)) continue;
+        const int pairBit = bit + (half == 0 ? 8 : 0);
+        const int k = pairBit / 2;
+        const int target = settings_.scan.MSBF ? k : 7 - k;
+        dealt |= 1 << (target + (pairBit % 2 == 1 ? 0 : 8));
+      }
+      (half == 0 ? dealFirst_ : dealSecond_)[std::size_t(value)] = std::uint16_t(dealt);
+    }
+  }
+}
+
 void DataTextWriter::EmitValues(const std::uint8_t* values, std::size_t count) {
-  if (pieces_.empty()) {
+  if (pieces_.empty() || (dealPlanes_ && lastMarked_)) {
     for (std::size_t i = 0; i < count; ++i) {
       StartComment();
       EmitValue(values[i], true);
     }
     return;
   }
-  const long long lastCount = options_.dataByteCount;
+  if (!dealPlanes_) {
+    PlaceBytes(values, count);
+    valueCount_ += static_cast<long long>(count);
+    return;
+  }
+  // Two-page gray: whole pairs are dealt a block at a time and each plane places its bytes.
+  // Neg turns every bit of a pair, so it turns both dealt bytes: the planes apply it as they
+  // spell, as for the pair's own values.
+  std::size_t i = 0;
+  if (pairPending_ && i < count) EmitValue(values[i++], true);
+  std::array<std::uint8_t, 512> main;
+  std::array<std::uint8_t, 512> second;
+  while (count - i >= 2) {
+    const std::size_t pairs = std::min((count - i) / 2, main.size());
+    const std::uint8_t* v = values + i;
+    for (std::size_t k = 0; k < pairs; ++k) {
+      const unsigned dealt = dealFirst_[v[2 * k]] | dealSecond_[v[2 * k + 1]];
+      main[k] = static_cast<std::uint8_t>(dealt);
+      second[k] = static_cast<std::uint8_t>(dealt >> 8);
+    }
+    if (secondPlane_) secondPlane_->PlaceBytes(second.data(), pairs);
+    PlaceBytes(main.data(), pairs);
+    valueCount_ += static_cast<long long>(2 * pairs);
+    i += 2 * pairs;
+  }
+  if (i < count) EmitValue(values[i], true);
+}
+
+void DataTextWriter::PlaceBytes(const std::uint8_t* values, std::size_t count) {
+  // arrayBytes_ counts the constants placed so far; lastConstant_ is the count at the last.
+  const long long lastCount = lastConstant_;
   constexpr int kSlot = PieceTable::kSlot;
   // The slot of a byte in a place, from tables held here: writing the line cannot move them.
   char* const tables[kPlaces] = {pieces_[One].slots.data(), pieces_[First].slots.data(),
@@ -413,9 +459,11 @@ void DataTextWriter::EmitValues(const std::uint8_t* values, std::size_t count) {
   std::size_t i = 0;
   while (i < count) {
     // The last value of the data takes the general way: its separators differ.
-    if (lastMarked_ || (lastCount > 0 && valueCount_ + 1 == lastCount)) {
+    if (lastMarked_ || (lastCount > 0 && arrayBytes_ + 1 == lastCount)) {
       line_.assign(line, length);
-      EmitValue(values[i++], true);
+      lastMarked_ = false;
+      const int byte = settings_.pixel.Neg ? 255 - values[i++] : values[i++];
+      PutConstant(&byte, 1, true);
       length = line_.size();
       line = text_.LineRoom(lineRoom_ + length);
       std::memcpy(line, line_.data(), length);
@@ -429,7 +477,7 @@ void DataTextWriter::EmitValues(const std::uint8_t* values, std::size_t count) {
       const char* table = digitTable_.data();
       bool any = false;
       while (count - i >= perLine &&
-             (lastCount <= 0 || valueCount_ + perLine_ < lastCount || valueCount_ >= lastCount)) {
+             (lastCount <= 0 || arrayBytes_ + perLine_ < lastCount || arrayBytes_ >= lastCount)) {
         std::memcpy(line, lineTemplate_.data(), templateSize);
         const std::uint8_t* v = values + i;
         if (digitWidth_ == 2) {
@@ -444,7 +492,6 @@ void DataTextWriter::EmitValues(const std::uint8_t* values, std::size_t count) {
         dataLines_.push_back(text_.Count());
         text_.AddWrittenLine(templateSize);
         i += perLine;
-        valueCount_ += perLine_;
         arrayBytes_ += perLine_;
         line = text_.LineRoom(lineRoom_);
         any = true;
@@ -456,8 +503,8 @@ void DataTextWriter::EmitValues(const std::uint8_t* values, std::size_t count) {
     }
     // The values up to the end of this line, or of the data, or of the run.
     std::size_t n = std::min<std::size_t>(count - i, std::size_t(perLine_ - constantsOnLine_));
-    if (lastCount > 0 && valueCount_ < lastCount) {
-      n = std::min<std::size_t>(n, std::size_t(lastCount - 1 - valueCount_));
+    if (lastCount > 0 && arrayBytes_ < lastCount) {
+      n = std::min<std::size_t>(n, std::size_t(lastCount - 1 - arrayBytes_));
     }
     const std::uint8_t* v = values + i;
     const std::uint8_t* const end = v + n;
@@ -486,7 +533,6 @@ void DataTextWriter::EmitValues(const std::uint8_t* values, std::size_t count) {
       if (v < end) length += put(Last, *v++, line + length);
     }
     i += n;
-    valueCount_ += static_cast<long long>(n);
     arrayBytes_ += static_cast<long long>(n);
     constantsOnLine_ += static_cast<int>(n);
     if (constantsOnLine_ >= perLine_) {

@@ -190,6 +190,10 @@ class DataTextWriter final : public ValueSink {
   };
 
   void BuildSpelling();
+  /// The two-page gray tables: each byte value's bits dealt as the first or second of a pair.
+  void BuildDealing();
+  /// The bulk path: places `count` bytes as constants of this array, each as PutConstant would.
+  void PlaceBytes(const std::uint8_t* values, std::size_t count);
   /// Sets up the whole-line template when the line's text is fixed but for the digits.
   void BuildLineTemplate();
   /// The piece of a byte in `place`: the text before, the digits, the text after (as a
@@ -257,6 +261,11 @@ class DataTextWriter final : public ValueSink {
   int leadingZeros_ = 0;
   long long valueCount_ = 0;
   long long arrayBytes_ = 0;
+  long long lastConstant_ = 0;  // constants placed when the last is placed; 0 when unknown
+  // Two-page gray: the main byte's bits (low) and the second plane's (high) of each byte
+  // value as the first and as the second of a pair.
+  std::array<std::uint16_t, 256> dealFirst_{};
+  std::array<std::uint16_t, 256> dealSecond_{};
   bool lastMarked_ = false;
   bool groupOpen_ = false;
   std::vector<int> dataLines_;  // indices in text_ of the data lines written
