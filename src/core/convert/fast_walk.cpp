@@ -3,8 +3,10 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cmath>
 #include <cstdint>
+#include <cstring>
 #include <vector>
 
 #if defined(__SSE2__)
@@ -85,7 +87,8 @@ class FastWalk {
         height_(image.Height()),
         stride_(image.Width() > 0 && image.Height() > 1 ? image.Row(1) - image.Row(0) : 0) {
     // Every value ends as the packers end it: reversed outside monochrome when MSB comes
-    // last, then rearranged with dore. On a byte both come down to a table.
+    // last, then rearranged with dore. On a byte both come down to a table, which moves bits
+    // (a swap or a byte exchange copies bits, none sets a bit of its own).
     const bool reverse = kind != Kind::Mono && !s_.scan.MSBF;
     for (int v = 0; v < 256; ++v) {
       int out = reverse ? ReverseByte(v) : v;
@@ -391,6 +394,7 @@ class FastWalk {
 
   template <Kind K, bool Poll, int DX>
   bool Rows(bool fromTop) {
+    if constexpr (!Poll && K == Kind::C16M) return ChannelRows<DX>(fromTop);
     if constexpr (!Poll && OnePixel(K)) return IndexRows<K, DX>(fromTop);
     if constexpr (!Poll && K == Kind::Mono) return MonoRows<DX>(fromTop);
     c_.BytesPerRow = pages_;
@@ -533,34 +537,32 @@ class FastWalk {
     constexpr bool kStops = K != Kind::C262k;
     QRgb lastPixel = lastPixel_;
     int lastIndex = lastIndex_;
-    // At most 4 bytes a pixel.
-    const bool completed = RowStretches<DX>(fromTop, 1, 4, [&](const QRgb* p, int n, Octet* out) {
+    // At most 3 bytes a pixel.
+    const bool completed = RowStretches<DX>(fromTop, 1, 3, [&](const QRgb* p, int n, Octet* out) {
       int stop = n;
-      if constexpr (K != Kind::C16M) {
-        // Each loop ends at the first colour the table lacks, where the walk stops.
-        if (grays) {
-          for (int i = 0; i < n; ++i) {
-            const QRgb v = p[DX * i];
-            const unsigned level = v & 0xFF;
-            const int index = (v & 0xFFFFFFu) == level * 0x010101u ? grayIndex[level] : -1;
-            found[std::size_t(i)] = index;
-            if (kStops && index < 0) {
-              stop = i;
-              break;
-            }
+      // Each loop ends at the first colour the table lacks, where the walk stops.
+      if (grays) {
+        for (int i = 0; i < n; ++i) {
+          const QRgb v = p[DX * i];
+          const unsigned level = v & 0xFF;
+          const int index = (v & 0xFFFFFFu) == level * 0x010101u ? grayIndex[level] : -1;
+          found[std::size_t(i)] = index;
+          if (kStops && index < 0) {
+            stop = i;
+            break;
           }
-        } else {
-          for (int i = 0; i < n; ++i) {
-            const QRgb v = p[DX * i];
-            if (v != lastPixel) {
-              lastPixel = v;
-              lastIndex = colors->Find(ColorOf(v));
-            }
-            found[std::size_t(i)] = lastIndex;
-            if (kStops && lastIndex < 0) {
-              stop = i;
-              break;
-            }
+        }
+      } else {
+        for (int i = 0; i < n; ++i) {
+          const QRgb v = p[DX * i];
+          if (v != lastPixel) {
+            lastPixel = v;
+            lastIndex = colors->Find(ColorOf(v));
+          }
+          found[std::size_t(i)] = lastIndex;
+          if (kStops && lastIndex < 0) {
+            stop = i;
+            break;
           }
         }
       }
@@ -578,9 +580,10 @@ class FastWalk {
   }
 
   /// What each channel level of a grid palette gives to the output word of a pixel: the bits
-  /// of its index field after the kind's word exchange and byte order, or kMissing when the
-  /// level is not on the grid. Each bit of the word comes from one bit of the index (or from
-  /// none), so the word of a pixel is the OR of its three channels' parts.
+  /// of its index field after the kind's word exchange and byte order (and, but in packed
+  /// pairs, the final table), or kMissing when the level is not on the grid. Each bit of the word
+  /// comes from one bit of the index (or from none), so the word of a pixel is the OR of its three
+  /// channels' parts.
   struct WordTables {
     static constexpr std::uint32_t kMissing = 1u << 31;
     std::array<std::uint32_t, 256> red, green, blue;
@@ -626,6 +629,16 @@ class FastWalk {
       t.green[std::size_t(level)] = g < 0 ? WordTables::kMissing : word(g << grid->shiftGreen);
       t.blue[std::size_t(level)] = b < 0 ? WordTables::kMissing : word(b << grid->shiftBlue);
     }
+    // The final table moves bits and sets none of its own, so it gives the OR of two bytes
+    // the OR of their images: whole words take it in their parts. (Packed pairs split their
+    // words over bytes, and take it byte by byte.)
+    if (!pairs) {
+      for (auto* table : {&t.red, &t.green, &t.blue}) {
+        for (std::uint32_t& part : *table) {
+          if (!(part & WordTables::kMissing)) part = MapBytes(part);
+        }
+      }
+    }
     return t;
   }
 
@@ -645,12 +658,11 @@ class FastWalk {
   }
 
   /// Rows of one-pixel calls over a grid palette whose word is the OR of its channels' parts
-  /// (GridWords): a table look-up a channel, the bytes through the final byte table. A colour
+  /// (GridWords): a table look-up a channel, the word's bytes stored as they stand. A colour
   /// off the grid stops the walk as the packers stop, but in 262k colours, where it goes out
   /// as its own value (black as the black slot).
   template <Kind K, int DX, int Bytes>
   bool GridWordRows(bool fromTop, const WordTables& t) {
-    const Octet* const final = final_.data();
     // The tables' addresses in locals, so that the loop keeps them in registers.
     const std::uint32_t *red = t.red.data(), *green = t.green.data(), *blue = t.blue.data();
     return RowStretches<DX>(fromTop, 1, Bytes, [&](const QRgb* p, int n, Octet* out) {
@@ -660,7 +672,7 @@ class FastWalk {
         if (w & WordTables::kMissing) [[unlikely]] {
           if constexpr (K == Kind::C262k) {
             const int index = colors_->Find(ColorOf(v));
-            w = Word262k(index >= 0 ? index : int(ColorOf(v)), px_.C18u, px_.rgb2);
+            w = MapBytes(Word262k(index >= 0 ? index : int(ColorOf(v)), px_.C18u, px_.rgb2));
           } else {
             colors_->notFound = std::int64_t(ColorOf(v));
             c_.Aborted = true;
@@ -668,12 +680,67 @@ class FastWalk {
             return static_cast<Octet*>(nullptr);
           }
         }
-        if constexpr (Bytes == 3) *out++ = final[(w >> 16) & 0xFF];
-        if constexpr (Bytes >= 2) *out++ = final[(w >> 8) & 0xFF];
-        *out++ = final[w & 0xFF];
+        out = PutWord<Bytes>(out, w);
       }
       return out;
     });
+  }
+
+  /// The three low bytes of `word` each through the final table.
+  std::uint32_t MapBytes(std::uint32_t word) const {
+    std::uint32_t mapped = 0;
+    for (int shift = 0; shift < 24; shift += 8) {
+      mapped |= std::uint32_t(final_[(word >> shift) & 0xFF]) << shift;
+    }
+    return mapped | (word & 0xFF000000u);
+  }
+
+  /// Stores the low `Bytes` bytes of `word`, highest first; three bytes go as one store of
+  /// four (the buffer has room past its end), of which the fourth is written over next.
+  template <int Bytes>
+  [[gnu::always_inline]] static Octet* PutWord(Octet* out, std::uint32_t word) {
+    if constexpr (std::endian::native == std::endian::little && Bytes >= 2) {
+      const std::uint32_t big = __builtin_bswap32(word << (8 * (4 - Bytes)));
+      std::memcpy(out, &big, Bytes == 2 ? 2 : 4);
+      return out + Bytes;
+    } else {
+      for (int shift = 8 * (Bytes - 1); shift >= 0; shift -= 8) *out++ = Octet(word >> shift);
+      return out;
+    }
+  }
+
+  /// Rows of 16M colours: each byte of the output is one channel of the pixel (or a constant
+  /// 0), so a table a channel, with the final table in it, gives the pixel's bytes as one word:
+  /// four bytes unpacked (0 first, or last with RGBA), else three.
+  template <int DX>
+  bool ChannelRows(bool fromTop) {
+    const bool unpacked = !px_.PM, rgba = px_.RGBA, rgb2 = px_.rgb2;
+    const bool zeroFirst = unpacked && !rgba, zeroLast = unpacked && rgba && !rgb2;
+    // Where each byte stands in the word, counted from its lowest byte.
+    const int bytes = zeroFirst || zeroLast ? 4 : 3;
+    const int lastAt = zeroLast ? 1 : 0;
+    const int greenAt = lastAt + 1, firstAt = lastAt + 2;
+    // rgb2 puts blue first and red last.
+    const int redAt = rgb2 ? lastAt : firstAt, blueAt = rgb2 ? firstAt : lastAt;
+    const std::uint32_t zero = std::uint32_t(final_[0]) << (zeroFirst ? 24 : 0);
+    std::array<std::uint32_t, 256> red, green, blue;
+    for (std::size_t level = 0; level < 256; ++level) {
+      const std::uint32_t f = std::uint32_t(final_[level]);
+      red[level] = f << (8 * redAt);
+      green[level] = (f << (8 * greenAt)) | (zeroFirst || zeroLast ? zero : 0);
+      blue[level] = f << (8 * blueAt);
+    }
+    const std::uint32_t *r = red.data(), *g = green.data(), *b = blue.data();
+    auto rows = [&]<int Bytes>() {
+      return RowStretches<DX>(fromTop, 1, Bytes, [&](const QRgb* p, int n, Octet* out) {
+        for (int i = 0; i < n; ++i, p += DX) {
+          const QRgb v = *p;
+          out = PutWord<Bytes>(out, r[(v >> 16) & 0xFF] | g[(v >> 8) & 0xFF] | b[v & 0xFF]);
+        }
+        return out;
+      });
+    };
+    return bytes == 4 ? rows.template operator()<4>() : rows.template operator()<3>();
   }
 
   /// Rows of packed 4096 colours over a grid palette: each pixel's exchanged word from the
@@ -798,21 +865,6 @@ class FastWalk {
         put(int(w >> 16));
         put(int(w >> 8));
         put(int(w));
-      }
-    } else if constexpr (K == Kind::C16M) {
-      // The word exchange turns the canvas colour 0x00BBGGRR into red, green and blue from
-      // high to low: the pixel's own channels. A fourth byte of 0 leads unpacked words, or
-      // ends them with RGBA (not with rgb2).
-      const bool unpacked = !pm, rgba = px_.RGBA;
-      const bool zeroFirst = unpacked && !rgba, zeroLast = unpacked && rgba && !rgb2;
-      const int shiftFirst = rgb2 ? 0 : 16, shiftLast = rgb2 ? 16 : 0;
-      for (int i = 0; i < n; ++i) {
-        const QRgb v = p[DX * i];
-        if (zeroFirst) put(0);
-        put(int(v >> shiftFirst));
-        put(int(v >> 8));
-        put(int(v >> shiftLast));
-        if (zeroLast) put(0);
       }
     }
     return out;
