@@ -308,7 +308,8 @@ TEST(DataTextWriterBulk, PlacesBytesAsValueByValueDoes) {
       "ORGC=3|CPRE=\t.db    |cpfr= ", "ORGC=4|FXHB=+H+|VALpref=  |VALSUF=  ",
       "ORGC=3|Eolcom=0|EolSem=1", "ORGC=3|EolStr=1|eolst= \\", "ORGC=3|EolStr=1|eolst=#",
       "ORGC=4|FXHB=+H+|VALpref=0x|VALSUF=,|COMAh=0|COMAv=0", "ORGC=8|Neg=1",
-      "ORGC=3|FXHB=+H+|VALpref=\xC2\xA7|VALSUF=\xE2\x82\xAC", "ORGC=16|delallas=1",
+      "ORGC=3|FXHB=+H+|VALpref=\xC2\xA7|VALSUF=\xE2\x82\xAC", "ORGC=16|delallas=1", "ORGC=20|Neg=1",
+      "ORGC=32|FXHB=+H+|VALpref=$",
       "ORGC=4|FXHB=+H+|VALpref=0xxxxxxxxxxxxxxxxx",  // longer than a slot: value by value
       "ORGC=2|bits=16", "ORGC=2|DHec=1|D8bc=0",
       // Two-page gray deals pairs to two planes: odd counts never end a pair, runs split pairs.
@@ -328,9 +329,10 @@ TEST(DataTextWriterBulk, PlacesBytesAsValueByValueDoes) {
         byValue.StartComment();
         byValue.EmitValue(b, true);
       }
-      // Runs of changing lengths, across line ends.
-      for (std::size_t at = 0, run = 1; at < bytes.size(); at += run, run = run % 13 + 1) {
-        inRuns.EmitValues(bytes.data() + at, std::min(run, bytes.size() - at));
+      // Runs of changing lengths, across line ends, some holding whole lines.
+      const std::size_t runs[] = {1, 5, 40, 2, 13, 33, 3};
+      for (std::size_t at = 0, r = 0; at < bytes.size(); at += runs[r], r = (r + 1) % 7) {
+        inRuns.EmitValues(bytes.data() + at, std::min(runs[r], bytes.size() - at));
       }
       SCOPED_TRACE(std::string(keys) + " count " + std::to_string(count));
       EXPECT_EQ(inRuns.Line(), byValue.Line());

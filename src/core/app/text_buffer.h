@@ -51,7 +51,8 @@ class TextBuffer {
   /// not move the block as it grows.
   void Reserve(std::size_t bytes, std::size_t lines);
   /// Room for a line of up to `bytes` bytes at the end of the text, to be written in place and
-  /// then added by AddWrittenLine. Valid until the next change of the buffer.
+  /// then added by AddWrittenLine. Valid until the next change of the buffer but AddWrittenLine:
+  /// room for several lines takes them one after the other, each after the break of the last.
   char* LineRoom(std::size_t bytes) {
     block_.reserve(block_.size() + bytes + 1);
     return block_.data() + block_.size();

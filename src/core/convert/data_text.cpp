@@ -6,6 +6,10 @@
 #include <cstring>
 #include <string_view>
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 #include "convert/bits.h"
 #include "settings/geometry.h"
 #include "settings/pixel_modes.h"
@@ -14,6 +18,37 @@ namespace vt::convert {
 namespace {
 
 constexpr char kHexDigits[] = "0123456789ABCDEF";
+
+#if defined(__SSE2__)
+/// Puts the two hexadecimal digits (upper case, high first) of each of the 16 bytes from
+/// `values`, turned by `flip` (0 or 0xFF), at `line` + places[k]. The digits are worked out
+/// together and go out two characters a store.
+[[gnu::always_inline]] inline void PutHexDigits16(const std::uint8_t* values, __m128i flip,
+                                                  const std::uint32_t* places, char* line) {
+  const __m128i v = _mm_xor_si128(_mm_loadu_si128(reinterpret_cast<const __m128i*>(values)), flip);
+  const __m128i nibble = _mm_set1_epi8(0x0F);
+  const __m128i nine = _mm_set1_epi8(9);
+  const __m128i zero = _mm_set1_epi8('0');
+  const __m128i letters = _mm_set1_epi8('A' - '0' - 10);
+  auto ascii = [&](__m128i n) {
+    return _mm_add_epi8(_mm_add_epi8(n, zero), _mm_and_si128(_mm_cmpgt_epi8(n, nine), letters));
+  };
+  const __m128i high = ascii(_mm_and_si128(_mm_srli_epi16(v, 4), nibble));
+  const __m128i low = ascii(_mm_and_si128(v, nibble));
+  // Digit pairs in order, eight values a register, four a 64-bit word.
+  const __m128i first = _mm_unpacklo_epi8(high, low), second = _mm_unpackhi_epi8(high, low);
+  const std::uint64_t words[4] = {
+      std::uint64_t(_mm_cvtsi128_si64(first)),
+      std::uint64_t(_mm_cvtsi128_si64(_mm_unpackhi_epi64(first, first))),
+      std::uint64_t(_mm_cvtsi128_si64(second)),
+      std::uint64_t(_mm_cvtsi128_si64(_mm_unpackhi_epi64(second, second)))};
+#pragma GCC unroll 16
+  for (int k = 0; k < 16; ++k) {
+    const std::uint16_t two = static_cast<std::uint16_t>(words[k / 4] >> (16 * (k % 4)));
+    std::memcpy(line + places[k], &two, 2);
+  }
+}
+#endif
 
 QString TwoHexDigits(int value) {
   const char digits[2] = {kHexDigits[(value >> 4) & 15], kHexDigits[value & 15]};
@@ -296,6 +331,7 @@ void DataTextWriter::BuildLineTemplate() {
   if (!line.empty() && line.back() == '#') line.pop_back();
   lineTemplate_ = std::move(line);
   digitWidth_ = width;
+  hexDigits_ = hex;
   digitTable_ = std::move(table);
   lineRoom_ = std::max(lineRoom_, lineTemplate_.size() + 8);
 }
@@ -475,28 +511,40 @@ void DataTextWriter::PlaceBytes(const std::uint8_t* values, std::size_t count) {
       const std::size_t templateSize = lineTemplate_.size();
       const std::uint32_t* places = digitPlaces_.data();
       const char* table = digitTable_.data();
-      bool any = false;
-      while (count - i >= perLine &&
-             (lastCount <= 0 || arrayBytes_ + perLine_ < lastCount || arrayBytes_ >= lastCount)) {
-        std::memcpy(line, lineTemplate_.data(), templateSize);
-        const std::uint8_t* v = values + i;
-        if (digitWidth_ == 2) {
-          for (std::size_t k = 0; k < perLine; ++k) {
-            std::memcpy(line + places[k], table + std::size_t(v[k]) * 8, 2);
-          }
-        } else {
-          for (std::size_t k = 0; k < perLine; ++k) {
-            std::memcpy(line + places[k], table + std::size_t(v[k]) * 8, digitWidth_);
-          }
-        }
-        dataLines_.push_back(text_.Count());
-        text_.AddWrittenLine(templateSize);
-        i += perLine;
-        arrayBytes_ += perLine_;
-        line = text_.LineRoom(lineRoom_);
-        any = true;
+      // The lines of the run that end before the data's last value.
+      std::size_t lines = (count - i) / perLine;
+      if (lastCount > 0 && arrayBytes_ < lastCount) {
+        lines = std::min(lines, std::size_t(lastCount - 1 - arrayBytes_) / perLine);
       }
-      if (any) {
+      if (lines > 0) {
+        // Room for them all: each is written right after the line break of the one before.
+        const std::size_t step = templateSize + 1;
+        line = text_.LineRoom(lines * step + lineRoom_);
+        const std::uint8_t* v = values + i;
+        for (std::size_t l = 0; l < lines; ++l, v += perLine, line += step) {
+          std::memcpy(line, lineTemplate_.data(), templateSize);
+          if (digitWidth_ == 2) {
+            std::size_t k = 0;
+#if defined(__SSE2__)
+            if (hexDigits_) {
+              const __m128i flip = _mm_set1_epi8(settings_.pixel.Neg ? char(0xFF) : char(0));
+              for (; k + 16 <= perLine; k += 16) PutHexDigits16(v + k, flip, places + k, line);
+            }
+#endif
+            for (; k < perLine; ++k) {
+              std::memcpy(line + places[k], table + std::size_t(v[k]) * 8, 2);
+            }
+          } else {
+            for (std::size_t k = 0; k < perLine; ++k) {
+              std::memcpy(line + places[k], table + std::size_t(v[k]) * 8, digitWidth_);
+            }
+          }
+          dataLines_.push_back(text_.Count());
+          text_.AddWrittenLine(templateSize);
+        }
+        i += lines * perLine;
+        arrayBytes_ += static_cast<long long>(lines * perLine);
+        line = text_.LineRoom(lineRoom_);
         EndLine();
         continue;
       }

@@ -246,6 +246,7 @@ class DataTextWriter final : public ValueSink {
   std::vector<std::uint32_t> digitPlaces_;
   std::vector<char> digitTable_;
   std::size_t digitWidth_ = 0;
+  bool hexDigits_ = false;  // the digits are the two hexadecimal digits of each value
 
   // The line builder.
   std::string valueText_;
