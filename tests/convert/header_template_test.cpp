@@ -93,6 +93,7 @@ TEST(BuildHeader, ExpandsTheTokens) {
       {"", "[&NAME]", " Pic_L ", [](auto& r) { r.half = HalfExport::Lower; }},
       {"usco=-", "[&NAME]", " Picx-7 ", Frame("Pic[2]x", 7)},  // bracketed parts dropped
       {"", "a[&Size];", "a[41];"},
+      {"", "a[&\xC5\xBFize];", "a[41];"},  // a long s folds to s: any case is Unicode's
       {"", "a[&SIZE];", "a[];", [](auto& r) { r.compression = true; }},
       // Without WSIZE and WORIG their tokens go with the next character (not a line break).
       {"", "w=[&WIDTH];h=[&HEIGHT];x", "w=h=x"},

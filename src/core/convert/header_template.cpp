@@ -179,8 +179,15 @@ qsizetype FindToken(const QString& text, const QString& token, qsizetype from) {
   if (first.unicode() == 0 || first.unicode() > 0x7F || first.isLetter()) {
     return text.indexOf(token, from, Qt::CaseInsensitive);
   }
+  // Most places found begin another token: its first letter tells, when both are ASCII (other
+  // characters may fold to an ASCII letter, and go to the full comparison).
+  const char16_t third = token.size() > 2 ? token[2].unicode() : 0;
   for (qsizetype at = text.indexOf(first, from); at >= 0 && at + token.size() <= text.size();
        at = text.indexOf(first, at + 1)) {
+    if (third != 0 && third < 0x80) {
+      const char16_t seen = text[at + 2].unicode();
+      if (seen < 0x80 && (seen | 0x20) != (third | 0x20)) continue;
+    }
     if (QStringView(text).mid(at, token.size()).compare(token, Qt::CaseInsensitive) == 0) {
       return at;
     }
@@ -328,12 +335,16 @@ HeaderText BuildHeader(const settings::Settings& settings, const HeaderRequest& 
   QString text = *request.templateText;
   text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
   text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
-  QStringList lines = text.split(QLatin1Char('\n'));
-  lines.erase(
-      std::remove_if(lines.begin(), lines.end(),
-                     [](const QString& line) { return line.contains(QStringLiteral("//**")); }),
-      lines.end());
-  text = lines.join(QStringLiteral("\r\n"));
+  const QString commentMark = QStringLiteral("//**");
+  if (text.contains(commentMark)) {
+    QStringList lines = text.split(QLatin1Char('\n'));
+    lines.erase(std::remove_if(lines.begin(), lines.end(),
+                               [&](const QString& line) { return line.contains(commentMark); }),
+                lines.end());
+    text = lines.join(QStringLiteral("\r\n"));
+  } else {
+    text.replace(QLatin1Char('\n'), QStringLiteral("\r\n"));
+  }
 
   // LinePrefix: what stands before [&NAME] on its line; the descriptors at the end reuse it.
   const QString nameToken = QStringLiteral("[&NAME]");
