@@ -666,10 +666,23 @@ class FastWalk {
     // The tables' addresses in locals, so that the loop keeps them in registers.
     const std::uint32_t *red = t.red.data(), *green = t.green.data(), *blue = t.blue.data();
     return RowStretches<DX>(fromTop, 1, Bytes, [&](const QRgb* p, int n, Octet* out) {
+      // The stretch goes out unchecked; only when a colour was off the grid is it done again,
+      // pixel by pixel.
+      std::uint32_t seen = 0;
+      Octet* at = out;
+      const QRgb* q = p;
+      for (int i = 0; i < n; ++i, q += DX) {
+        const QRgb v = *q;
+        const std::uint32_t w = red[(v >> 16) & 0xFF] | green[(v >> 8) & 0xFF] | blue[v & 0xFF];
+        seen |= w;
+        at = PutWord<Bytes>(at, w);
+      }
+      if (!(seen & WordTables::kMissing)) [[likely]]
+        return at;
       for (int i = 0; i < n; ++i, p += DX) {
         const QRgb v = *p;
         std::uint32_t w = red[(v >> 16) & 0xFF] | green[(v >> 8) & 0xFF] | blue[v & 0xFF];
-        if (w & WordTables::kMissing) [[unlikely]] {
+        if (w & WordTables::kMissing) {
           if constexpr (K == Kind::C262k) {
             const int index = colors_->Find(ColorOf(v));
             w = MapBytes(Word262k(index >= 0 ? index : int(ColorOf(v)), px_.C18u, px_.rgb2));
