@@ -48,6 +48,21 @@ TEST(TextBuffer, LinesWrittenInPlaceOrCopiedFromItselfStayWholeAsTheBlockGrows) 
   EXPECT_TRUE(text.Text().endsWith(QStringLiteral("a\n") + QString::fromUtf8("x\xC3\xA9z\n")));
 }
 
+TEST(TextBuffer, LinesWrittenTogetherInOneRoomStandEachOnItsOwn) {
+  TextBuffer text;
+  text.AddLine("head");
+  // Three lines of three bytes, each written after the room left for the break of the last.
+  char* room = text.LineRoom(3 * 4);
+  for (int l = 0; l < 3; ++l) std::memcpy(room + 4 * l, l == 1 ? "B_b" : "a_a", 3);
+  text.AddWrittenLines(3, 3);
+  text.AddLine("tail");
+  EXPECT_EQ(text.Lines(), (QStringList{"head", "a_a", "B_b", "a_a", "tail"}));
+  EXPECT_EQ(text.Text(), "head\na_a\nB_b\na_a\ntail\n");
+  text.ReplaceLine(2, "bb");
+  EXPECT_EQ(text.Line(2), "bb");
+  EXPECT_EQ(text.Line(3), "a_a");
+}
+
 TEST(TextBuffer, ModifiedFlagFollowsChangesClearAndSave) {
   QTemporaryDir dir;
   TextBuffer text;

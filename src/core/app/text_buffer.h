@@ -57,6 +57,19 @@ class TextBuffer {
     block_.reserve(block_.size() + bytes + 1);
     return block_.data() + block_.size();
   }
+  /// Adds `count` lines of `length` bytes written into LineRoom one after the other, each
+  /// followed by a byte of room for its break.
+  void AddWrittenLines(std::size_t count, std::size_t length) {
+    const std::size_t step = length + 1;
+    char* const start = block_.data() + block_.size();
+    lines_.reserve(lines_.size() + count);
+    for (std::size_t l = 0; l < count; ++l) {
+      start[l * step + length] = '\n';
+      lines_.push_back(Span{block_.size() + l * step, static_cast<std::uint32_t>(length)});
+    }
+    block_.grow(count * step);
+    modified_ = true;
+  }
   /// Adds the first `length` bytes written into LineRoom as the new last line.
   void AddWrittenLine(std::size_t length) {
     const Span span{block_.size(), static_cast<std::uint32_t>(length)};

@@ -539,9 +539,9 @@ void DataTextWriter::PlaceBytes(const std::uint8_t* values, std::size_t count) {
               std::memcpy(line + places[k], table + std::size_t(v[k]) * 8, digitWidth_);
             }
           }
-          dataLines_.push_back(text_.Count());
-          text_.AddWrittenLine(templateSize);
         }
+        for (std::size_t l = 0; l < lines; ++l) dataLines_.push_back(text_.Count() + int(l));
+        text_.AddWrittenLines(lines, templateSize);
         i += lines * perLine;
         arrayBytes_ += static_cast<long long>(lines * perLine);
         line = text_.LineRoom(lineRoom_);
