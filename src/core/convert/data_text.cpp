@@ -437,6 +437,7 @@ void DataTextWriter::BuildDealing() {
 }
 
 void DataTextWriter::EmitValues(const std::uint8_t* values, std::size_t count) {
+  // Both planes are spelled alike, so the second has its tables when this one has.
   if (pieces_.empty() || (dealPlanes_ && lastMarked_)) {
     for (std::size_t i = 0; i < count; ++i) {
       StartComment();
@@ -498,7 +499,8 @@ void DataTextWriter::PlaceBytes(const std::uint8_t* values, std::size_t count) {
     if (lastMarked_ || (lastCount > 0 && arrayBytes_ + 1 == lastCount)) {
       line_.assign(line, length);
       lastMarked_ = false;
-      const int byte = settings_.pixel.Neg ? 255 - values[i++] : values[i++];
+      const int value = values[i++];
+      const int byte = settings_.pixel.Neg ? 255 - value : value;
       PutConstant(&byte, 1, true);
       length = line_.size();
       line = text_.LineRoom(lineRoom_ + length);
