@@ -102,6 +102,37 @@ TEST(Palettes, IndexOfLargeAndChangedPalettesIsTheFirstMatchOfALinearSearch) {
   }
 }
 
+// Grid and gray tables check a picture a row at a time; a colour off the table anywhere, one
+// channel off or a gray turned colour, is found as the pixel-by-pixel count finds it.
+TEST(Palettes, PictureCheckFindsAColourOffTheTableWhereverItStands) {
+  Palette changed = Sorted(PixelMode::Colors4096);
+  changed[5] = 0x123456;  // no grid: searched through the hash
+  const Palette tables[] = {Sorted(PixelMode::Colors256),      Sorted(PixelMode::Colors65536),
+                            Sorted(PixelMode::Colors262k),     Sorted(PixelMode::Gray256),
+                            Sorted(PixelMode::Gray16Vertical), changed};
+  std::mt19937 random(5);
+  for (const Palette& table : tables) {
+    const ColorIndexer index(table);
+    QImage picture(13, 7, QImage::Format_RGB32);
+    for (int y = 0; y < picture.height(); ++y) {
+      for (int x = 0; x < picture.width(); ++x) {
+        const Color c = table[random() % table.size()];
+        picture.setPixel(x, y, qRgb(int(c & 0xFF), int((c >> 8) & 0xFF), int(c >> 16)));
+      }
+    }
+    EXPECT_FALSE(HasUnknownColor(picture, index)) << table.size();
+    for (const QPoint at : {QPoint(0, 0), QPoint(12, 6), QPoint(5, 3)}) {
+      for (const QRgb off : {qRgb(1, 2, 3), qRgb(0x80, 0x80, 0x81), qRgb(0xFF, 0xFF, 0xFE)}) {
+        QImage stray = picture;
+        stray.setPixel(at, off);
+        // None of these colours is in any of the tables.
+        EXPECT_TRUE(HasUnknownColor(stray, index)) << table.size() << " " << std::hex << off;
+        EXPECT_EQ(CountUnknownColors(stray, index), 1) << table.size() << " " << std::hex << off;
+      }
+    }
+  }
+}
+
 TEST(Palettes, WindowSearchEqualsAScanOfTheWindow) {
   std::mt19937 random(7);
   std::vector<Palette> palettes;

@@ -334,6 +334,35 @@ long long CountUnknownColors(const QImage& image, const ColorIndexer& palette) {
 }
 
 bool HasUnknownColor(const QImage& image, const ColorIndexer& palette) {
+  const int width = image.width(), height = image.height();
+  // Grid and gray tables answer a row at a time: a level the table lacks reads negative, and
+  // the levels of a row are joined before one test.
+  if (const std::optional<ColorIndexer::GridTables> grid = palette.Grid()) {
+    const std::int16_t *red = grid->red, *green = grid->green, *blue = grid->blue;
+    for (int y = 0; y < height; ++y) {
+      const QRgb* row = reinterpret_cast<const QRgb*>(image.constScanLine(y));
+      int levels = 0;
+      for (int x = 0; x < width; ++x) {
+        const QRgb v = row[x];
+        levels |= red[(v >> 16) & 0xFF] | green[(v >> 8) & 0xFF] | blue[v & 0xFF];
+      }
+      if (levels < 0) return true;
+    }
+    return false;
+  }
+  if (const int* grays = palette.Grays()) {
+    for (int y = 0; y < height; ++y) {
+      const QRgb* row = reinterpret_cast<const QRgb*>(image.constScanLine(y));
+      int levels = 0;
+      for (int x = 0; x < width; ++x) {
+        const QRgb v = row[x];
+        const unsigned level = v & 0xFF;
+        levels |= (v & 0xFFFFFFu) == level * 0x010101u ? grays[level] : -1;
+      }
+      if (levels < 0) return true;
+    }
+    return false;
+  }
   bool found = false;
   ForEachUnknown(image, palette, [&] { return found = true, false; });
   return found;

@@ -102,8 +102,8 @@ ExportResult Ended(ExportStatus status) {
   return result;
 }
 
-// The branches of the later conversions. Each marks where its Part joins the run and does
-// nothing yet.
+// The steps of the run that other subsystems own. The search and replace grid and the text
+// post-processing batch are not built yet: their steps do nothing.
 
 /// Colour reduction of the canvas to the palette of the mode, and the application's colour
 /// table for 256 colours with more than 236 colours on the canvas.
