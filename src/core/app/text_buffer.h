@@ -62,7 +62,6 @@ class TextBuffer {
   void AddWrittenLines(std::size_t count, std::size_t length) {
     const std::size_t step = length + 1;
     char* const start = block_.data() + block_.size();
-    lines_.reserve(lines_.size() + count);
     for (std::size_t l = 0; l < count; ++l) {
       start[l * step + length] = '\n';
       lines_.push_back(Span{block_.size() + l * step, static_cast<std::uint32_t>(length)});
