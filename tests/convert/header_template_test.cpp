@@ -110,6 +110,10 @@ TEST(BuildHeader, ExpandsTheTokens) {
        "a\n\nc\n"},
       {"", "a\n//** one\n  //** two\nb//**\nc", "a\nc"},  // template comment lines go
       {"", "a\r\nb\rc", "a\nb\nc"},
+      {"", "a\r\r\nb\n\n", "a\n\nb\n\n"},                 // CR then CR LF: two breaks
+      {"", "a\r\n//**\r\nb//*\r*\nc//**", "a\nb//*\n*"},  // a break splits a mark
+      {"", "//**\n//**", ""},
+      {"", "x\n//**", "x"},
       {"", "[&FONT BITMAPS]\n[&FNAME][&FNUMBEROFCHARS]",
        "[&FONT BITMAPS]\n[&FNAME][&FNUMBEROFCHARS]"}};
   for (const auto& c : cases) {

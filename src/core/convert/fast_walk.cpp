@@ -90,6 +90,7 @@ class FastWalk {
     // last, then rearranged with dore. On a byte both come down to a table, which moves bits
     // (a swap or a byte exchange copies bits, none sets a bit of its own).
     const bool reverse = kind != Kind::Mono && !s_.scan.MSBF;
+    finalIsIdentity_ = !reverse && !(s_.pixel.dore && reorder);
     for (int v = 0; v < 256; ++v) {
       int out = reverse ? ReverseByte(v) : v;
       if (s_.pixel.dore && reorder) out = reorder->Apply(out);
@@ -623,22 +624,36 @@ class FastWalk {
     };
     WordTables t;
     t.bytes = pairs ? 0 : K == Kind::Index ? 1 : K == Kind::C262k ? 3 : 2;
-    for (int level = 0; level < 256; ++level) {
-      const int r = grid->red[level], g = grid->green[level], b = grid->blue[level];
-      t.red[std::size_t(level)] = r < 0 ? WordTables::kMissing : word(r);
-      t.green[std::size_t(level)] = g < 0 ? WordTables::kMissing : word(g << grid->shiftGreen);
-      t.blue[std::size_t(level)] = b < 0 ? WordTables::kMissing : word(b << grid->shiftBlue);
-    }
-    // The final table moves bits and sets none of its own, so it gives the OR of two bytes
-    // the OR of their images: whole words take it in their parts. (Packed pairs split their
-    // words over bytes, and take it byte by byte.)
-    if (!pairs) {
-      for (auto* table : {&t.red, &t.green, &t.blue}) {
-        for (std::uint32_t& part : *table) {
-          if (!(part & WordTables::kMissing)) part = MapBytes(part);
+    // Each bit of the word comes from one bit of the index, and the final table (but in packed
+    // pairs, which split their words over bytes and take it byte by byte) only moves bits: the
+    // word of a channel's grid position is the OR of the words of its bits. So a channel's
+    // positions are built up from one word a bit, and its 256 levels look them up.
+    auto fill = [&](std::array<std::uint32_t, 256>& table, const std::int16_t* levels, int shift) {
+      std::array<std::uint32_t, 256> byPosition;
+      byPosition[0] = 0;
+      std::size_t built = 1;  // positions worked out so far
+      for (std::size_t level = 0; level < 256; ++level) {
+        const int at = levels[level];
+        if (at < 0) {
+          table[level] = WordTables::kMissing;
+          continue;
         }
+        const std::size_t position = std::size_t(at) & 0xFF;  // a channel has 8 bits at most
+        for (; built <= position; ++built) {
+          const std::size_t rest = built & (built - 1);
+          if (rest != 0) {
+            byPosition[built] = byPosition[rest] | byPosition[built ^ rest];
+          } else {
+            const std::uint32_t w = word(int(built) << shift);
+            byPosition[built] = pairs || finalIsIdentity_ ? w : MapBytes(w);
+          }
+        }
+        table[level] = byPosition[position];
       }
-    }
+    };
+    fill(t.red, grid->red, 0);
+    fill(t.green, grid->green, grid->shiftGreen);
+    fill(t.blue, grid->blue, grid->shiftBlue);
     return t;
   }
 
@@ -1124,6 +1139,7 @@ class FastWalk {
   int pages_ = 0;  // pages (vertical walks) or bytes per row (horizontal ones)
   int step_ = 1;   // rows between pages, or pixels between byte columns
   std::array<Octet, 256> final_{};
+  bool finalIsIdentity_ = false;              // final_ leaves every byte as it is
   std::array<Octet, kFlushAt + 8> buffer_{};  // a call puts at most four bytes
   Octet* out_ = buffer_.data();
   const Octet* bufferEnd_ = buffer_.data() + kFlushAt;

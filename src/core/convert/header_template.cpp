@@ -211,6 +211,46 @@ bool ReplaceToken(QString& text, const QString& token, const QString& replacemen
   return found;
 }
 
+// Whether `line` holds the comment mark "//**".
+bool HasCommentMark(QStringView line) {
+  for (qsizetype at = line.indexOf(u'/'); at >= 0 && at + 4 <= line.size();
+       at = line.indexOf(u'/', at + 1)) {
+    if (line.mid(at, 4) == u"//**") return true;
+  }
+  return false;
+}
+
+// The template's lines joined by CR LF, each break (CR LF, CR or LF) one line break, and the
+// lines holding the comment mark "//**" left out. Runs at every export, so the text is read
+// with the library's character searches, a line at a time.
+QString WorkingLines(const QString& source) {
+  const QStringView view(source);
+  const qsizetype n = view.size();
+  const bool marks = HasCommentMark(view);
+  // At most one CR added a break: room for twice the text.
+  QString text(2 * n + 2, Qt::Uninitialized);
+  QChar* out = text.data();
+  bool first = true;
+  qsizetype start = 0;
+  qsizetype nextCr = view.indexOf(u'\r'), nextLf = view.indexOf(u'\n');
+  for (;;) {
+    if (nextCr >= 0 && nextCr < start) nextCr = view.indexOf(u'\r', start);
+    if (nextLf >= 0 && nextLf < start) nextLf = view.indexOf(u'\n', start);
+    qsizetype end = nextCr < 0 ? nextLf : nextLf < 0 ? nextCr : std::min(nextCr, nextLf);
+    if (end < 0) end = n;
+    const QStringView line = view.mid(start, end - start);
+    if (!marks || !HasCommentMark(line)) {
+      if (!first) *out++ = u'\r', *out++ = u'\n';
+      out = std::copy(line.begin(), line.end(), out);
+      first = false;
+    }
+    if (end >= n) break;
+    start = end + (view[end] == u'\r' && end + 1 < n && view[end + 1] == u'\n' ? 2 : 1);
+  }
+  text.truncate(out - text.constData());
+  return text;
+}
+
 // The name that goes into the header: the half suffix, and in animation the name without any
 // bracketed part followed by the frame number.
 QString HeaderArrayName(const settings::Settings& settings, const HeaderRequest& request) {
@@ -332,19 +372,7 @@ HeaderText BuildHeader(const settings::Settings& settings, const HeaderRequest& 
 
   // Work on the text with CR LF breaks, so that a token deleted "with one more character" at the
   // end of a line takes the CR and leaves the line break in place.
-  QString text = *request.templateText;
-  text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
-  text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
-  const QString commentMark = QStringLiteral("//**");
-  if (text.contains(commentMark)) {
-    QStringList lines = text.split(QLatin1Char('\n'));
-    lines.erase(std::remove_if(lines.begin(), lines.end(),
-                               [&](const QString& line) { return line.contains(commentMark); }),
-                lines.end());
-    text = lines.join(QStringLiteral("\r\n"));
-  } else {
-    text.replace(QLatin1Char('\n'), QStringLiteral("\r\n"));
-  }
+  QString text = WorkingLines(*request.templateText);
 
   // LinePrefix: what stands before [&NAME] on its line; the descriptors at the end reuse it.
   const QString nameToken = QStringLiteral("[&NAME]");
@@ -434,7 +462,7 @@ HeaderText BuildHeader(const settings::Settings& settings, const HeaderRequest& 
     out.secondPlaneHeader = line;
   }
 
-  text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+  // Back to LF breaks; a CR left alone by a deletion goes too.
   text.remove(QLatin1Char('\r'));
   out.text = text;
   return out;
