@@ -19,6 +19,21 @@ namespace {
 
 constexpr char kHexDigits[] = "0123456789ABCDEF";
 
+/// The two hexadecimal digits of each byte value in a slot of 8 (the rest blank), of the value
+/// itself or, `negated`, of 255 minus it: the whole-line writer copies a slot a value.
+constexpr std::array<char, 256 * 8> HexSlots(bool negated) {
+  std::array<char, 256 * 8> table{};
+  for (int v = 0; v < 256; ++v) {
+    const int part = negated ? 255 - v : v;
+    for (int k = 0; k < 8; ++k) table[std::size_t(v * 8 + k)] = ' ';
+    table[std::size_t(v * 8)] = kHexDigits[part >> 4];
+    table[std::size_t(v * 8 + 1)] = kHexDigits[part & 15];
+  }
+  return table;
+}
+constexpr std::array<char, 256 * 8> kHexSlots = HexSlots(false);
+constexpr std::array<char, 256 * 8> kNegatedHexSlots = HexSlots(true);
+
 #if defined(__SSE2__)
 /// Puts the two hexadecimal digits (upper case, high first) of each of the 16 bytes from
 /// `values`, turned by `flip` (0 or 0xFF), at `line` + places[k]. The digits are worked out
@@ -299,16 +314,12 @@ void DataTextWriter::BuildLineTemplate() {
   if (!hex && lastConstant_ < 4096) return;
   // Each value's digits in a slot of 8, so that a slot is copied whole. Hexadecimal digits
   // are two a value; the others are spelled, and must all come out as wide.
-  std::vector<char> table(256 * 8, ' ');
+  std::vector<char> table;
   std::size_t width = 2;
-  for (int v = 0; v < 256; ++v) {
+  if (!hex) table.assign(256 * 8, ' ');
+  for (int v = 0; v < 256 && !hex; ++v) {
     const int part = settings_.pixel.Neg ? 255 - v : v;
     char* slot = table.data() + v * 8;
-    if (hex) {
-      slot[0] = kHexDigits[part >> 4];
-      slot[1] = kHexDigits[part & 15];
-      continue;
-    }
     const int zeros = leadingZeros_;
     std::string digits;
     SpellWord(&part, 1, digits);
@@ -333,6 +344,9 @@ void DataTextWriter::BuildLineTemplate() {
   digitWidth_ = width;
   hexDigits_ = hex;
   digitTable_ = std::move(table);
+  digits_ = !hex                  ? digitTable_.data()
+            : settings_.pixel.Neg ? kNegatedHexSlots.data()
+                                  : kHexSlots.data();
   lineRoom_ = std::max(lineRoom_, lineTemplate_.size() + 8);
 }
 
@@ -512,7 +526,7 @@ void DataTextWriter::PlaceBytes(const std::uint8_t* values, std::size_t count) {
       const std::size_t perLine = std::size_t(perLine_);
       const std::size_t templateSize = lineTemplate_.size();
       const std::uint32_t* places = digitPlaces_.data();
-      const char* table = digitTable_.data();
+      const char* table = digits_;
       // The lines of the run that end before the data's last value.
       std::size_t lines = (count - i) / perLine;
       if (lastCount > 0 && arrayBytes_ < lastCount) {

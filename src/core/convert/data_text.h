@@ -244,7 +244,8 @@ class DataTextWriter final : public ValueSink {
   // digits left out, where each constant's digits go, and the digits of each value.
   std::string lineTemplate_;
   std::vector<std::uint32_t> digitPlaces_;
-  std::vector<char> digitTable_;
+  std::vector<char> digitTable_;  // spelled digits, when they are not hexadecimal
+  const char* digits_ = nullptr;  // slots of 8 a value: digitTable_ or a built-in hex table
   std::size_t digitWidth_ = 0;
   bool hexDigits_ = false;  // the digits are the two hexadecimal digits of each value
 
