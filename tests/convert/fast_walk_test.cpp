@@ -310,6 +310,8 @@ TEST(DataTextWriterBulk, PlacesBytesAsValueByValueDoes) {
       "ORGC=4|FXHB=+H+|VALpref=0x|VALSUF=,|COMAh=0|COMAv=0", "ORGC=8|Neg=1",
       "ORGC=3|FXHB=+H+|VALpref=\xC2\xA7|VALSUF=\xE2\x82\xAC", "ORGC=16|delallas=1", "ORGC=20|Neg=1",
       "ORGC=32|FXHB=+H+|VALpref=$",
+      // Whole hexadecimal lines with digit places unevenly spaced (the first "h," is shorter).
+      "ORGC=16|FXHB=H", "ORGC=17|FXHB=H|Neg=1",
       "ORGC=4|FXHB=+H+|VALpref=0xxxxxxxxxxxxxxxxx",  // longer than a slot: value by value
       "ORGC=2|bits=16", "ORGC=2|DHec=1|D8bc=0",
       // Two-page gray deals pairs to two planes: odd counts never end a pair, runs split pairs.

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstring>
 #include <string_view>
+#include <utility>
 
 #if defined(__SSE2__)
 #include <emmintrin.h>
@@ -35,11 +36,12 @@ constexpr std::array<char, 256 * 8> kHexSlots = HexSlots(false);
 constexpr std::array<char, 256 * 8> kNegatedHexSlots = HexSlots(true);
 
 #if defined(__SSE2__)
-/// Puts the two hexadecimal digits (upper case, high first) of each of the 16 bytes from
-/// `values`, turned by `flip` (0 or 0xFF), at `line` + places[k]. The digits are worked out
-/// together and go out two characters a store.
-[[gnu::always_inline]] inline void PutHexDigits16(const std::uint8_t* values, __m128i flip,
-                                                  const std::uint32_t* places, char* line) {
+/// The hexadecimal digit pairs (upper case) of 16 bytes, turned by `flip` (0 or 0xFF): values
+/// 0 to 7 in `first`, 8 to 15 in `second`, each pair (high digit first) one 16-bit lane.
+struct HexPairs {
+  __m128i first, second;
+};
+[[gnu::always_inline]] inline HexPairs HexDigitPairs16(const std::uint8_t* values, __m128i flip) {
   const __m128i v = _mm_xor_si128(_mm_loadu_si128(reinterpret_cast<const __m128i*>(values)), flip);
   const __m128i nibble = _mm_set1_epi8(0x0F);
   const __m128i nine = _mm_set1_epi8(9);
@@ -50,8 +52,32 @@ constexpr std::array<char, 256 * 8> kNegatedHexSlots = HexSlots(true);
   };
   const __m128i high = ascii(_mm_and_si128(_mm_srli_epi16(v, 4), nibble));
   const __m128i low = ascii(_mm_and_si128(v, nibble));
-  // Digit pairs in order, eight values a register, four a 64-bit word.
-  const __m128i first = _mm_unpacklo_epi8(high, low), second = _mm_unpackhi_epi8(high, low);
+  return {_mm_unpacklo_epi8(high, low), _mm_unpackhi_epi8(high, low)};
+}
+
+/// Puts the digit pairs of 16 bytes at places `Stride` characters apart from `at`: each pair
+/// is taken from its lane and stored at a fixed offset.
+template <int Stride, int... K>
+[[gnu::always_inline]] inline void StoreHexPairs(const HexPairs& pairs, char* at,
+                                                 std::integer_sequence<int, K...>) {
+  auto store = [](char* to, int two) {
+    const std::uint16_t bytes = static_cast<std::uint16_t>(two);
+    std::memcpy(to, &bytes, 2);
+  };
+  (store(at + K * Stride, _mm_extract_epi16(pairs.first, K)), ...);
+  (store(at + (K + 8) * Stride, _mm_extract_epi16(pairs.second, K)), ...);
+}
+template <int Stride>
+[[gnu::always_inline]] inline void PutHexDigits16Evenly(const std::uint8_t* values, __m128i flip,
+                                                        char* at) {
+  StoreHexPairs<Stride>(HexDigitPairs16(values, flip), at, std::make_integer_sequence<int, 8>{});
+}
+
+/// Puts the digit pairs of 16 bytes at `line` + places[k], two characters a store.
+[[gnu::always_inline]] inline void PutHexDigits16(const std::uint8_t* values, __m128i flip,
+                                                  const std::uint32_t* places, char* line) {
+  const auto [first, second] = HexDigitPairs16(values, flip);
+  // Four values a 64-bit word.
   const std::uint64_t words[4] = {
       std::uint64_t(_mm_cvtsi128_si64(first)),
       std::uint64_t(_mm_cvtsi128_si64(_mm_unpackhi_epi64(first, first))),
@@ -344,6 +370,17 @@ void DataTextWriter::BuildLineTemplate() {
   digitWidth_ = width;
   hexDigits_ = hex;
   digitTable_ = std::move(table);
+  // Hexadecimal digits at places evenly spaced, 4 to 8 characters apart, go out with fixed
+  // offsets.
+  hexStride_ = 0;
+  if (hex && digitPlaces_.size() >= 16) {
+    const std::uint32_t stride = digitPlaces_[1] - digitPlaces_[0];
+    bool even = stride >= 4 && stride <= 8;
+    for (std::size_t k = 1; even && k < digitPlaces_.size(); ++k) {
+      even = digitPlaces_[k] - digitPlaces_[k - 1] == stride;
+    }
+    if (even) hexStride_ = int(stride);
+  }
   digits_ = !hex                  ? digitTable_.data()
             : settings_.pixel.Neg ? kNegatedHexSlots.data()
                                   : kHexSlots.data();
@@ -537,24 +574,54 @@ void DataTextWriter::PlaceBytes(const std::uint8_t* values, std::size_t count) {
         const std::size_t step = templateSize + 1;
         line = text_.LineRoom(lines * step + lineRoom_);
         const std::uint8_t* v = values + i;
-        for (std::size_t l = 0; l < lines; ++l, v += perLine, line += step) {
-          std::memcpy(line, lineTemplate_.data(), templateSize);
-          if (digitWidth_ == 2) {
-            std::size_t k = 0;
+        // Stride: the characters between neighbouring digit places when they are evenly
+        // spaced and the digits hexadecimal (0: any places, each read from its table).
+        auto writeLines = [&]<int Stride>() {
+          for (std::size_t l = 0; l < lines; ++l, v += perLine, line += step) {
+            std::memcpy(line, lineTemplate_.data(), templateSize);
+            if (digitWidth_ == 2) {
+              std::size_t k = 0;
 #if defined(__SSE2__)
-            if (hexDigits_) {
-              const __m128i flip = _mm_set1_epi8(settings_.pixel.Neg ? char(0xFF) : char(0));
-              for (; k + 16 <= perLine; k += 16) PutHexDigits16(v + k, flip, places + k, line);
-            }
+              if (hexDigits_) {
+                const __m128i flip = _mm_set1_epi8(settings_.pixel.Neg ? char(0xFF) : char(0));
+                for (; k + 16 <= perLine; k += 16) {
+                  if constexpr (Stride > 0) {
+                    PutHexDigits16Evenly<Stride>(v + k, flip, line + places[k]);
+                  } else {
+                    PutHexDigits16(v + k, flip, places + k, line);
+                  }
+                }
+              }
 #endif
-            for (; k < perLine; ++k) {
-              std::memcpy(line + places[k], table + std::size_t(v[k]) * 8, 2);
-            }
-          } else {
-            for (std::size_t k = 0; k < perLine; ++k) {
-              std::memcpy(line + places[k], table + std::size_t(v[k]) * 8, digitWidth_);
+              for (; k < perLine; ++k) {
+                std::memcpy(line + places[k], table + std::size_t(v[k]) * 8, 2);
+              }
+            } else {
+              for (std::size_t k = 0; k < perLine; ++k) {
+                std::memcpy(line + places[k], table + std::size_t(v[k]) * 8, digitWidth_);
+              }
             }
           }
+        };
+        switch (hexStride_) {
+          case 4:
+            writeLines.template operator()<4>();
+            break;
+          case 5:
+            writeLines.template operator()<5>();
+            break;
+          case 6:
+            writeLines.template operator()<6>();
+            break;
+          case 7:
+            writeLines.template operator()<7>();
+            break;
+          case 8:
+            writeLines.template operator()<8>();
+            break;
+          default:
+            writeLines.template operator()<0>();
+            break;
         }
         for (std::size_t l = 0; l < lines; ++l) dataLines_.push_back(text_.Count() + int(l));
         text_.AddWrittenLines(lines, templateSize);

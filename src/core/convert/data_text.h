@@ -248,6 +248,7 @@ class DataTextWriter final : public ValueSink {
   const char* digits_ = nullptr;  // slots of 8 a value: digitTable_ or a built-in hex table
   std::size_t digitWidth_ = 0;
   bool hexDigits_ = false;  // the digits are the two hexadecimal digits of each value
+  int hexStride_ = 0;       // hexadecimal digit places this many characters apart, else 0
 
   // The line builder.
   std::string valueText_;
