@@ -322,7 +322,6 @@ void DataTextWriter::BuildSpelling() {
                                  post_[Middle][1].size();
     text_.Reserve(values * perValue + lines * (cpre_.size() + cpfr_.size() + endMark_.size() + 8),
                   lines);
-    dataLines_.reserve(lines);
   }
   BuildLineTemplate();
 }
@@ -623,7 +622,7 @@ void DataTextWriter::PlaceBytes(const std::uint8_t* values, std::size_t count) {
             writeLines.template operator()<0>();
             break;
         }
-        for (std::size_t l = 0; l < lines; ++l) dataLines_.push_back(text_.Count() + int(l));
+        AddDataLines(text_.Count(), int(lines));
         text_.AddWrittenLines(lines, templateSize);
         i += lines * perLine;
         arrayBytes_ += static_cast<long long>(lines * perLine);
@@ -672,7 +671,7 @@ void DataTextWriter::PlaceBytes(const std::uint8_t* values, std::size_t count) {
         length += endMark_.size();
         if (length > 0 && line[length - 1] == '#') --length;
         // The line stands where it was written.
-        dataLines_.push_back(text_.Count());
+        AddDataLines(text_.Count(), 1);
         text_.AddWrittenLine(length);
       } else {
         line_.assign(line, length);
@@ -807,7 +806,7 @@ void DataTextWriter::WriteLine(std::string_view line) {
     commentBlock_.append(FromUtf8(line));
     return;
   }
-  dataLines_.push_back(text_.Count());
+  AddDataLines(text_.Count(), 1);
   text_.AddUtf8Line(line);
 }
 
@@ -914,36 +913,37 @@ void DataTextWriter::FinishArray() {
   // Packed 4096 colours in "+H+": the last constant gets the comma its suffix could not carry.
   if (settings_.pixel.C4096 && settings_.pixel.PM && format_ == ConstantFormat::PlusHPlus &&
       !f.VALpref.isEmpty()) {
-    QString line =
-        pending ? pendingLine : (dataLines_.empty() ? QString() : text_.Line(dataLines_.back()));
+    QString line = pending ? pendingLine : text_.Line(LastDataLine());
     const qsizetype at = line.lastIndexOf(f.VALpref);
     if (at >= 0) {
       line.insert(at, QLatin1Char(','));
       if (pending) {
         pendingLine = line;
       } else {
-        text_.ReplaceLine(dataLines_.back(), line);
+        text_.ReplaceLine(LastDataLine(), line);
       }
     }
   }
   if (settings_.format.delallas) {
-    for (int index : dataLines_) {
-      QString line = text_.Line(index);
-      RemoveEndMark(line);
-      text_.ReplaceLine(index, line);
+    for (const LineRun& run : dataLines_) {
+      for (int index = run.first; index < run.first + run.count; ++index) {
+        QString line = text_.Line(index);
+        RemoveEndMark(line);
+        text_.ReplaceLine(index, line);
+      }
     }
     if (pending) RemoveEndMark(pendingLine);
   } else if (settings_.format.dellas) {
     if (pending) {
       RemoveEndMark(pendingLine);
     } else if (!dataLines_.empty()) {
-      QString line = text_.Line(dataLines_.back());
+      QString line = text_.Line(LastDataLine());
       RemoveEndMark(line);
-      text_.ReplaceLine(dataLines_.back(), line);
+      text_.ReplaceLine(LastDataLine(), line);
     }
   }
   if (pending) {
-    dataLines_.push_back(text_.Count());
+    AddDataLines(text_.Count(), 1);
     text_.AddLine(pendingLine);
     line_.clear();
     constantsOnLine_ = 0;

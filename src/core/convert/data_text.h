@@ -271,7 +271,24 @@ class DataTextWriter final : public ValueSink {
   std::array<std::uint16_t, 256> dealSecond_{};
   bool lastMarked_ = false;
   bool groupOpen_ = false;
-  std::vector<int> dataLines_;  // indices in text_ of the data lines written
+  /// The data lines written, as runs of consecutive lines of text_: first index and count.
+  struct LineRun {
+    int first;
+    int count;
+  };
+  std::vector<LineRun> dataLines_;
+  /// Counts `count` data lines from index `first` of text_.
+  void AddDataLines(int first, int count) {
+    if (!dataLines_.empty() && dataLines_.back().first + dataLines_.back().count == first) {
+      dataLines_.back().count += count;
+    } else {
+      dataLines_.push_back({first, count});
+    }
+  }
+  /// The index of the last data line written; -1 when none was.
+  int LastDataLine() const {
+    return dataLines_.empty() ? -1 : dataLines_.back().first + dataLines_.back().count - 1;
+  }
   QStringList commentBlock_;
 };
 
