@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <span>
 #include <string_view>
 #include <utility>
 
@@ -299,8 +300,15 @@ void DataTextWriter::BuildSpelling() {
   };
   account(cpre_);
   account(cpfr_);
+  // Hexadecimal and binary digits have one width, but where a leading zero comes before
+  // some hexadecimal values: one value shows their every form.
+  static constexpr int kForms[] = {0, 9, 10, 99, 100, 159, 160, 255};
+  const bool leadingZero =
+      f.Addof && (format_ == ConstantFormat::H || format_ == ConstantFormat::PlusHPlus);
+  const std::span<const int> forms =
+      info.decimalFormat || leadingZero ? std::span<const int>(kForms) : std::span(kForms, 1);
   for (Place place : places) {
-    for (int value : {0, 9, 10, 99, 100, 159, 160, 255}) {
+    for (int value : forms) {
       const std::string piece = Piece(place, value);
       account(piece);
       if (piece.size() >= PieceTable::kSlot) return;  // too long for a slot: value by value
