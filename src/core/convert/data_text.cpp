@@ -36,6 +36,16 @@ constexpr std::array<char, 256 * 8> HexSlots(bool negated) {
 constexpr std::array<char, 256 * 8> kHexSlots = HexSlots(false);
 constexpr std::array<char, 256 * 8> kNegatedHexSlots = HexSlots(true);
 
+/// Calls `f` with the digit stride as template argument when it is one of 4 to 8, else 0.
+template <typename F>
+void WithStride(int stride, F& f) {
+  [&]<int... S>(std::integer_sequence<int, S...>) {
+    const bool fixed = ((stride == S + 4 && (f.template operator()<S + 4>(), true)) || ...);
+    if (!fixed) f.template operator()<0>();
+  }
+  (std::make_integer_sequence<int, 5>{});
+}
+
 #if defined(__SSE2__)
 /// The hexadecimal digit pairs (upper case) of 16 bytes, turned by `flip` (0 or 0xFF): values
 /// 0 to 7 in `first`, 8 to 15 in `second`, each pair (high digit first) one 16-bit lane.
@@ -610,26 +620,7 @@ void DataTextWriter::PlaceBytes(const std::uint8_t* values, std::size_t count) {
             }
           }
         };
-        switch (hexStride_) {
-          case 4:
-            writeLines.template operator()<4>();
-            break;
-          case 5:
-            writeLines.template operator()<5>();
-            break;
-          case 6:
-            writeLines.template operator()<6>();
-            break;
-          case 7:
-            writeLines.template operator()<7>();
-            break;
-          case 8:
-            writeLines.template operator()<8>();
-            break;
-          default:
-            writeLines.template operator()<0>();
-            break;
-        }
+        WithStride(hexStride_, writeLines);
         AddDataLines(text_.Count(), int(lines));
         text_.AddWrittenLines(lines, templateSize);
         i += lines * perLine;
