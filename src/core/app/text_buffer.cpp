@@ -125,11 +125,14 @@ QByteArray TextBuffer::Utf8Text(std::string_view lineBreak) const {
   }
   std::size_t size = 0;
   for (const Span& span : lines_) size += span.length + lineBreak.size();
-  QByteArray text;
-  text.reserve(static_cast<qsizetype>(size));
+  // Sized once and filled in place: a saved export copies every line with CR LF.
+  QByteArray text(static_cast<qsizetype>(size), Qt::Uninitialized);
+  char* out = text.data();
+  const char* const block = block_.data();
   for (const Span& span : lines_) {
-    text.append(block_.data() + span.offset, span.length);
-    text.append(lineBreak.data(), static_cast<qsizetype>(lineBreak.size()));
+    std::memcpy(out, block + span.offset, span.length);
+    out += span.length;
+    for (const char c : lineBreak) *out++ = c;
   }
   return text;
 }

@@ -7,6 +7,9 @@
 #include <QImageReader>
 #include <QImageWriter>
 #include <cstdint>
+#include <cstdlib>
+#include <memory>
+#include <new>
 #include <vector>
 
 #include "app/messages.h"
@@ -33,12 +36,13 @@ bool HasNoConversion(PixelMode mode) { return PaletteInfoOf(mode).entries == 0; 
 QRgb* Row(QImage& image, int y) { return reinterpret_cast<QRgb*>(image.scanLine(y)); }
 
 /// A memo from colour to colour: open addressing over a power-of-two table big enough for
-/// every pixel of the picture, so it never fills.
+/// every pixel of the picture, so it never fills, and never more than 60% full, so probes
+/// stay short while the table stays small (it is cleared for every conversion).
 class ColorMemo {
  public:
   explicit ColorMemo(std::size_t colors) {
     std::size_t size = 64;
-    while (size < colors * 2) size *= 2;
+    while (size * 3 < colors * 5) size *= 2;
     slots_.assign(size, kEmpty);
     mask_ = size - 1;
   }
@@ -112,7 +116,13 @@ int DistinctColors(const QImage& image, int limit) {
     }
     return count;
   }
-  std::vector<std::uint64_t> seen(std::size_t(1) << 18, 0);
+  // One bit per colour value, 2 MB: taken zeroed from the system, so that only the pages
+  // the picture's colours fall in are ever touched.
+  const std::unique_ptr<std::uint64_t[], decltype(&std::free)> bits(
+      static_cast<std::uint64_t*>(std::calloc(std::size_t(1) << 18, sizeof(std::uint64_t))),
+      &std::free);
+  if (!bits) throw std::bad_alloc();
+  std::uint64_t* const seen = bits.get();
   for (int y = 0; y < height; ++y) {
     const QRgb* row = reinterpret_cast<const QRgb*>(image.constScanLine(y));
     for (int x = 0; x < width; ++x) {
@@ -373,7 +383,9 @@ void ReduceLikeLoading(QImage& image, PaletteState& palettes, PixelMode mode,
   const PaletteInfo info = PaletteInfoOf(mode);
   if (info.entries == 0) return;
   if (settings::IsGrayMode(mode)) DoGrayscale(image);
-  if (DistinctColors(image, info.entries) > info.entries) {
+  // A picture of no more pixels than the palette has entries has no more colours either.
+  const long long pixels = static_cast<long long>(image.width()) * image.height();
+  if (pixels > info.entries && DistinctColors(image, info.entries) > info.entries) {
     ConvertToNearestColor(image, palettes, mode, escape);
   }
 }
