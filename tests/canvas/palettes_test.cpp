@@ -133,6 +133,37 @@ TEST(Palettes, PictureCheckFindsAColourOffTheTableWhereverItStands) {
   }
 }
 
+TEST(Palettes, ColourCountIsExactUpToItsLimitOnEitherKindOfSet) {
+  // Pictures of `distinct` colours, each colour k at pixels k, k + distinct, ... (colours
+  // spread over the whole colour space by reversing the 24 bits of k, repeated after a while
+  // or not at all).
+  struct Case {
+    int width, height, distinct, limit, expected;
+  } cases[] = {{1, 1, 1, 1 << 24, 1},
+               {16, 8, 7, 1 << 24, 7},
+               {16, 8, 128, 100, 101},              // stops one above the limit
+               {16, 8, 128, 128, 128},              // exactly at the limit
+               {320, 240, 300, 236, 237},           // few colours, a small limit
+               {320, 240, 76800, 65536, 65537},     // a large limit: the set is the pixels' size
+               {640, 480, 307200, 262144, 262145},  // a set that would outgrow the bits
+               {640, 480, 307200, 1 << 24, 307200},
+               {640, 480, 5000, 1 << 24, 5000},
+               {0, 0, 1, 10, 0}};
+  for (const Case& c : cases) {
+    QImage picture(c.width, c.height, QImage::Format_RGB32);
+    for (int y = 0; y < c.height; ++y) {
+      for (int x = 0; x < c.width; ++x) {
+        const std::uint32_t k = std::uint32_t((y * c.width + x) % c.distinct);
+        std::uint32_t reversed = 0;
+        for (int bit = 0; bit < 24; ++bit) reversed |= ((k >> bit) & 1u) << (23 - bit);
+        picture.setPixel(x, y, 0xFF000000u | reversed);
+      }
+    }
+    EXPECT_EQ(CountPictureColors(picture, c.limit), c.expected)
+        << c.width << "x" << c.height << " " << c.distinct << " limit " << c.limit;
+  }
+}
+
 TEST(Palettes, WindowSearchEqualsAScanOfTheWindow) {
   std::mt19937 random(7);
   std::vector<Palette> palettes;

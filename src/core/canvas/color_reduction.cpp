@@ -6,6 +6,7 @@
 #include <QFileInfo>
 #include <QImageReader>
 #include <QImageWriter>
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
@@ -90,14 +91,18 @@ QImage AsRgb32(const QImage& image) {
                                                 : image.convertToFormat(QImage::Format_RGB32);
 }
 
-/// Distinct colours of `image`, counting stops above `limit`; one bit per colour value.
+/// Distinct colours of `image`, counting stops above `limit`. The colours go into a set of
+/// open addressing, never more than 60% full, sized for the most the count can reach (the
+/// pixels, or the limit and one); where that set would outgrow a bit per colour value (2 MB),
+/// the bits are used instead.
 int DistinctColors(const QImage& image, int limit) {
   const int width = image.width(), height = image.height();
+  const std::size_t pixels = std::size_t(std::max(width, 0)) * std::size_t(std::max(height, 0));
+  const std::size_t most = std::min(std::size_t(std::max(limit, 0)) + 1, pixels);
+  std::size_t size = 64;
+  while (size * 3 < most * 5) size *= 2;
   int count = 0;
-  if (limit < 4096) {
-    // Few colours to tell apart: a small set, open addressing, never more than half full.
-    std::size_t size = 64;
-    while (size < std::size_t(limit + 1) * 2) size *= 2;
+  if (size * sizeof(std::uint32_t) < (std::size_t(1) << 21)) {
     std::vector<std::uint32_t> slots(size, 0xFFFFFFFFu);
     const std::size_t mask = size - 1;
     Color last = 0xFFFFFFFFu;
@@ -116,8 +121,8 @@ int DistinctColors(const QImage& image, int limit) {
     }
     return count;
   }
-  // One bit per colour value, 2 MB: taken zeroed from the system, so that only the pages
-  // the picture's colours fall in are ever touched.
+  // One bit per colour value, taken zeroed from the system, so that only the pages the
+  // picture's colours fall in are ever touched.
   const std::unique_ptr<std::uint64_t[], decltype(&std::free)> bits(
       static_cast<std::uint64_t*>(std::calloc(std::size_t(1) << 18, sizeof(std::uint64_t))),
       &std::free);
