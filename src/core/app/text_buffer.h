@@ -3,7 +3,6 @@
 
 #include <QString>
 #include <QStringList>
-#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <string_view>
@@ -63,11 +62,9 @@ class TextBuffer {
   void AddWrittenLines(std::size_t count, std::size_t length) {
     const std::size_t step = length + 1;
     char* const start = block_.data() + block_.size();
-    // The list grows as single lines grow it, then takes the spans without a check each.
+    // The list grows (geometrically, as single lines grow it) and then takes the spans
+    // without a check each.
     const std::size_t first = lines_.size();
-    if (lines_.capacity() < first + count) {
-      lines_.reserve(std::max(first + count, 2 * lines_.capacity()));
-    }
     lines_.resize(first + count);
     Span* span = lines_.data() + first;
     for (std::size_t l = 0; l < count; ++l) {

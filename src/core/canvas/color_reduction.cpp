@@ -36,14 +36,21 @@ bool HasNoConversion(PixelMode mode) { return PaletteInfoOf(mode).entries == 0; 
 
 QRgb* Row(QImage& image, int y) { return reinterpret_cast<QRgb*>(image.scanLine(y)); }
 
-/// A memo from colour to colour: open addressing over a power-of-two table big enough for
-/// every pixel of the picture, so it never fills, and never more than 60% full, so probes
-/// stay short while the table stays small (it is cleared for every conversion).
+/// Slots of an open-addressing table for `entries` entries: a power of two, at least 64, never
+/// more than 60% full, so probes stay short while the table stays small (the tables here are
+/// made anew for every picture).
+std::size_t OpenTableSize(std::size_t entries) {
+  std::size_t size = 64;
+  while (size * 3 < entries * 5) size *= 2;
+  return size;
+}
+
+/// A memo from colour to colour: open addressing over a table big enough for every pixel of
+/// the picture, so it never fills.
 class ColorMemo {
  public:
   explicit ColorMemo(std::size_t colors) {
-    std::size_t size = 64;
-    while (size * 3 < colors * 5) size *= 2;
+    const std::size_t size = OpenTableSize(colors);
     slots_.assign(size, kEmpty);
     mask_ = size - 1;
   }
@@ -92,15 +99,13 @@ QImage AsRgb32(const QImage& image) {
 }
 
 /// Distinct colours of `image`, counting stops above `limit`. The colours go into a set of
-/// open addressing, never more than 60% full, sized for the most the count can reach (the
-/// pixels, or the limit and one); where that set would outgrow a bit per colour value (2 MB),
-/// the bits are used instead.
+/// open addressing sized for the most the count can reach (the pixels, or the limit and one);
+/// where that set would outgrow a bit per colour value (2 MB), the bits are used instead.
 int DistinctColors(const QImage& image, int limit) {
   const int width = image.width(), height = image.height();
   const std::size_t pixels = std::size_t(std::max(width, 0)) * std::size_t(std::max(height, 0));
   const std::size_t most = std::min(std::size_t(std::max(limit, 0)) + 1, pixels);
-  std::size_t size = 64;
-  while (size * 3 < most * 5) size *= 2;
+  const std::size_t size = OpenTableSize(most);
   int count = 0;
   if (size * sizeof(std::uint32_t) < (std::size_t(1) << 21)) {
     std::vector<std::uint32_t> slots(size, 0xFFFFFFFFu);

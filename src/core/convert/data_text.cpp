@@ -357,20 +357,22 @@ void DataTextWriter::BuildLineTemplate() {
   if (!hex && lastConstant_ < 4096) return;
   // Each value's digits in a slot of 8, so that a slot is copied whole. Hexadecimal digits
   // are two a value; the others are spelled, and must all come out as wide.
+  // Hexadecimal digits come from the built-in slots.
   std::vector<char> table;
   std::size_t width = 2;
-  if (!hex) table.assign(256 * 8, ' ');
-  for (int v = 0; v < 256 && !hex; ++v) {
-    const int part = settings_.pixel.Neg ? 255 - v : v;
-    char* slot = table.data() + v * 8;
-    const int zeros = leadingZeros_;
-    std::string digits;
-    SpellWord(&part, 1, digits);
-    leadingZeros_ = zeros;
-    if (info.decimalFormat) LeftJustify(digits, 3);
-    if (v == 0) width = digits.size();
-    if (width == 0 || digits.size() != width || width > 8) return;
-    std::copy(digits.begin(), digits.end(), slot);
+  if (!hex) {
+    table.assign(256 * 8, ' ');
+    for (int v = 0; v < 256; ++v) {
+      const int part = settings_.pixel.Neg ? 255 - v : v;
+      const int zeros = leadingZeros_;
+      std::string digits;
+      SpellWord(&part, 1, digits);
+      leadingZeros_ = zeros;
+      if (info.decimalFormat) LeftJustify(digits, 3);
+      if (v == 0) width = digits.size();
+      if (width == 0 || digits.size() != width || width > 8) return;
+      std::copy(digits.begin(), digits.end(), table.data() + v * 8);
+    }
   }
   std::string line = cpre_ + cpfr_;
   for (int k = 0; k < perLine_; ++k) {
@@ -593,6 +595,9 @@ void DataTextWriter::PlaceBytes(const std::uint8_t* values, std::size_t count) {
         const std::uint8_t* v = values + i;
         // Stride: the characters between neighbouring digit places when they are evenly
         // spaced and the digits hexadecimal (0: any places, each read from its table).
+#if defined(__SSE2__)
+        const __m128i flip = _mm_set1_epi8(settings_.pixel.Neg ? char(0xFF) : char(0));
+#endif
         auto writeLines = [&]<int Stride>() {
           for (std::size_t l = 0; l < lines; ++l, v += perLine, line += step) {
             std::memcpy(line, lineTemplate_.data(), templateSize);
@@ -600,7 +605,6 @@ void DataTextWriter::PlaceBytes(const std::uint8_t* values, std::size_t count) {
               std::size_t k = 0;
 #if defined(__SSE2__)
               if (hexDigits_) {
-                const __m128i flip = _mm_set1_epi8(settings_.pixel.Neg ? char(0xFF) : char(0));
                 for (; k + 16 <= perLine; k += 16) {
                   if constexpr (Stride > 0) {
                     PutHexDigits16Evenly<Stride>(v + k, flip, line + places[k]);

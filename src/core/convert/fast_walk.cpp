@@ -90,7 +90,6 @@ class FastWalk {
     // last, then rearranged with dore. On a byte both come down to a table, which moves bits
     // (a swap or a byte exchange copies bits, none sets a bit of its own).
     const bool reverse = kind != Kind::Mono && !s_.scan.MSBF;
-    finalIsIdentity_ = !reverse && !(s_.pixel.dore && reorder);
     for (int v = 0; v < 256; ++v) {
       int out = reverse ? ReverseByte(v) : v;
       if (s_.pixel.dore && reorder) out = reorder->Apply(out);
@@ -645,7 +644,7 @@ class FastWalk {
             byPosition[built] = byPosition[rest] | byPosition[built ^ rest];
           } else {
             const std::uint32_t w = word(int(built) << shift);
-            byPosition[built] = pairs || finalIsIdentity_ ? w : MapBytes(w);
+            byPosition[built] = pairs ? w : MapBytes(w);
           }
         }
         table[level] = byPosition[position];
@@ -1139,7 +1138,6 @@ class FastWalk {
   int pages_ = 0;  // pages (vertical walks) or bytes per row (horizontal ones)
   int step_ = 1;   // rows between pages, or pixels between byte columns
   std::array<Octet, 256> final_{};
-  bool finalIsIdentity_ = false;              // final_ leaves every byte as it is
   std::array<Octet, kFlushAt + 8> buffer_{};  // a call puts at most four bytes
   Octet* out_ = buffer_.data();
   const Octet* bufferEnd_ = buffer_.data() + kFlushAt;

@@ -226,7 +226,6 @@ bool HasCommentMark(QStringView line) {
 QString WorkingLines(const QString& source) {
   const QStringView view(source);
   const qsizetype n = view.size();
-  const bool marks = HasCommentMark(view);
   // At most one CR added a break: room for twice the text.
   QString text(2 * n + 2, Qt::Uninitialized);
   QChar* out = text.data();
@@ -239,7 +238,7 @@ QString WorkingLines(const QString& source) {
     qsizetype end = nextCr < 0 ? nextLf : nextLf < 0 ? nextCr : std::min(nextCr, nextLf);
     if (end < 0) end = n;
     const QStringView line = view.mid(start, end - start);
-    if (!marks || !HasCommentMark(line)) {
+    if (!HasCommentMark(line)) {
       if (!first) *out++ = u'\r', *out++ = u'\n';
       out = std::copy(line.begin(), line.end(), out);
       first = false;
