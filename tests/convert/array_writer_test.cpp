@@ -35,7 +35,7 @@ TEST(WriteArray, DefaultSettingsGiveTheWholeSourceText) {
   const QImage image = Picture();
   ImagePixelSource source(image);
   platform::NoKeyPoll keys;
-  app::TextBuffer text;
+  platform::TextBuffer text;
   const ArrayResult result =
       WriteArray({settings, source, AreaBounds{0, 0, 16, 8}, keys, QStringLiteral("Logo.h"),
                   QStringList(DefaultHeaderTemplate(HeaderKind::Graphics)).join(QStringLiteral("\r\n")),
@@ -56,7 +56,7 @@ TEST(WriteArray, MissingTemplateWarnsAndStillWritesTheData) {
   const QImage image = Picture();
   ImagePixelSource source(image);
   platform::NoKeyPoll keys;
-  app::TextBuffer text;
+  platform::TextBuffer text;
   const ArrayResult result = WriteArray({settings, source, AreaBounds{0, 0, 16, 8}, keys,
                                          QStringLiteral("Logo.h"), std::nullopt,
                                          QStringLiteral("p.txt"), QStringLiteral("today")},

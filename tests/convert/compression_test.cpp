@@ -140,7 +140,7 @@ struct Written {
 Written Write(const QImage& image, const settings::Settings& s) {
   const ImagePixelSource source(image);
   platform::NoKeyPoll keys;
-  app::TextBuffer text;
+  platform::TextBuffer text;
   const ArrayRequest request{s,
                              source,
                              AreaBounds{0, 0, image.width(), image.height()},

@@ -44,7 +44,7 @@ void Feed(DataTextWriter& writer, const std::vector<int>& values) {
 QString Written(settings::Settings s, const char* hex, long long count, bool end) {
   s.comment.Noonts = s.comment.Noonts || end;
   s.block.BSD = s.block.BSD && !end;
-  app::TextBuffer text;
+  platform::TextBuffer text;
   DataTextWriter writer(s, text, {EndOfLineFlagsOf(s.format), count});
   Feed(writer, FromHex(hex));
   writer.CloseLine();
@@ -189,7 +189,7 @@ TEST(DataTextWriter, EndOfLineFlagsComeFromTheRunAndMarkLastValueFromTheCaller) 
   semicolon.Eolcom = false;
   semicolon.EolSem = true;
   for (const bool fontMode : {false, true}) {
-    app::TextBuffer text;
+    platform::TextBuffer text;
     DataTextWriter writer(s, text, {semicolon, 100, fontMode});
     Feed(writer, {1, 2, 3, 4, 5});
     writer.MarkLastValue();
@@ -201,7 +201,7 @@ TEST(DataTextWriter, EndOfLineFlagsComeFromTheRunAndMarkLastValueFromTheCaller) 
     EXPECT_EQ(writer.ValueCount(), 6);
   }
   // With HCO the font generator's lines go to the comment block.
-  app::TextBuffer text;
+  platform::TextBuffer text;
   const settings::Settings withHco = With("HCO=1", s);
   DataTextWriter block(withHco, text, {EndOfLineFlagsOf(s.format), 0, true});
   Feed(block, {1, 2, 3, 4});
@@ -214,7 +214,7 @@ TEST(DataTextWriter, GroupModeWrapsEachRowAndTheArray) {
     const settings::Settings s =
         With(groups ? "ColRx=1|fpar11={|fpar12=},|fpar13=BEGIN|fpar14=END" : "begds=begin",
              With("Noh=1|Noonts=1|BSD=0|ORGC=2"));
-    app::TextBuffer text;
+    platform::TextBuffer text;
     DataTextWriter writer(s, text, {EndOfLineFlagsOf(s.format), 6});
     writer.WriteDataPreamble({}, HeaderText{});
     for (const char* row : {"00 01", "02 03 04", "05"}) {
@@ -235,8 +235,8 @@ TEST(DataTextWriter, TwoPageGrayDealsThePairBitsToTwoArrays) {
   for (const bool msbFirst : {true, false}) {
     const settings::Settings s =
         With(msbFirst ? "" : "MSBF=0", With("mode=gray4-2pages|ORGC=2|Noonts=1|BSD=0"));
-    app::TextBuffer text;
-    app::TextBuffer second;
+    platform::TextBuffer text;
+    platform::TextBuffer second;
     DataTextWriter writer(s, text, {EndOfLineFlagsOf(s.format), 5}, &second);
     HeaderRequest request;
     request.templateText = "const uint8_t [&NAME][] = {";
@@ -261,7 +261,7 @@ TEST(DataTextWriter, BinaryTargetsTakeTwoHexDigitsAndNoText) {
   for (const char* keys : {"D8bc=0|DHec=1|Neg=1", "D8bc=0|DIHec=1|Neg=1"}) {
     const settings::Settings s = With(keys);
     EXPECT_EQ(DataTargetOf(s.width), s.width.DHec ? DataTarget::Binary : DataTarget::IntelHex);
-    app::TextBuffer text;
+    platform::TextBuffer text;
     Target target;
     DataTextWriter writer(s, text, {EndOfLineFlagsOf(s.format), 0});
     writer.SetHexByteTarget(&target);
@@ -298,7 +298,7 @@ TEST(DataTextWriter, PreambleWritesTheCommentLinesOrTheBeginText) {
       {"Noonts=1|Noh=1|begds=const char x[] = {|ColRx=1|fpar13={ {", plain, "{ {\n"}};
   for (const auto& [keys, info, expected] : cases) {
     const settings::Settings s = With(keys);
-    app::TextBuffer text;
+    platform::TextBuffer text;
     DataTextWriter writer(s, text, {EndOfLineFlagsOf(s.format), 0});
     writer.WriteDataPreamble(info, HeaderText{});
     EXPECT_EQ(text.Text(), QString::fromLatin1(expected)) << keys;
@@ -307,7 +307,7 @@ TEST(DataTextWriter, PreambleWritesTheCommentLinesOrTheBeginText) {
 
 TEST(DataTextWriter, HeaderLinesAreTypedTrimmedAndCollapsed) {
   const settings::Settings s = With("Noonts=1|bits=16");
-  app::TextBuffer text;
+  platform::TextBuffer text;
   DataTextWriter writer(s, text, {EndOfLineFlagsOf(s.format), 0});
   HeaderText header;
   header.text = "a  \n\n\n  \nconst uint8_t x[] = {\t\n\n";
@@ -343,7 +343,7 @@ TEST(DataTextWriter, EndWritesTheDescriptorsAndClosingComments) {
        "};\n! ******************\n! 2 Bytes \n!  End of LCD Pattern  \n"}};
   for (const auto& [keys, animated, compressed, expected] : cases) {
     const settings::Settings s = With(keys, With("ORGC=4"));
-    app::TextBuffer text;
+    platform::TextBuffer text;
     DataTextWriter writer(s, text, {EndOfLineFlagsOf(s.format), 5});
     Feed(writer, {1, 2, 3, 4});
     HeaderText header;
@@ -383,7 +383,7 @@ QByteArray WholeText(const settings::Settings& s, const char* hex, int width, in
   request.height = height;
   const HeaderText header = BuildHeader(s, request);
 
-  app::TextBuffer text;
+  platform::TextBuffer text;
   DataTextWriter writer(s, text, {EndOfLineFlagsOf(s.format), request.dataByteCount});
   writer.WriteDataPreamble({"0.1.0 ", "14/03/2026 15:09:26"}, header);
   Feed(writer, values);

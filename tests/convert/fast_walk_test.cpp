@@ -103,7 +103,7 @@ void PrintTo(const Outcome& o, std::ostream* out) {
 Outcome Walk(const settings::Settings& s, const QImage& image, AreaBounds area, bool fast,
              bool* covered = nullptr, int escapeAt = 0, const ReorderGrid* grid = nullptr,
              const TableSearch* table = nullptr) {
-  app::TextBuffer text;
+  platform::TextBuffer text;
   const long long count = DataByteCount(s, area.right - area.left, area.bottom - area.top);
   DataTextWriter writer(s, text, {EndOfLineFlagsOf(s.format), count});
   const TableSearch search = table ? *table : TableIndex(canvas::ModeOf(s));
@@ -324,7 +324,7 @@ TEST(DataTextWriterBulk, PlacesBytesAsValueByValueDoes) {
   for (const char* keys : formats) {
     for (const long long count : {0LL, 97LL, 98LL, 50LL, 51LL, 96LL}) {
       const settings::Settings s = test::With(keys, test::With("Noonts=1|BSD=0"));
-      app::TextBuffer one, bulk, oneSecond, bulkSecond;
+      platform::TextBuffer one, bulk, oneSecond, bulkSecond;
       DataTextWriter byValue(s, one, {EndOfLineFlagsOf(s.format), count}, &oneSecond);
       DataTextWriter inRuns(s, bulk, {EndOfLineFlagsOf(s.format), count}, &bulkSecond);
       for (const std::uint8_t b : bytes) {

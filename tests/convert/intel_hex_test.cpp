@@ -39,7 +39,7 @@ TEST(IntelHex, LinesAddressesAndTheEndRecord) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.bytes);
-    app::TextBuffer text;
+    platform::TextBuffer text;
     IntelHexState state = StartIntelHex(c.perLine, c.digits, QString::fromLatin1(c.offset));
     IntelHexTarget target(state, text);
     for (int i = 0; i < c.bytes; ++i)
@@ -62,7 +62,7 @@ TEST(IntelHex, LinesAddressesAndTheEndRecord) {
 TEST(IntelHex, OffsetEditAndHexEditor) {
   EXPECT_EQ(AddressOffsetEditChange(QStringLiteral("12g4AbC-9"), 4), QStringLiteral("124A"));
   EXPECT_EQ(AddressOffsetEditChange(QStringLiteral("00FF00FF00"), 8), QStringLiteral("00FF00FF"));
-  app::HexBuffer hex;
+  platform::HexBuffer hex;
   HexEditorTarget target(hex);
   for (const char* digits : {"00", "fF", "7A", "G1", "1", "123"}) {
     target.AppendHexByte(QString::fromLatin1(digits));

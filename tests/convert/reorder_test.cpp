@@ -81,7 +81,7 @@ TEST(ReorderOutput, AnArrayWithDoreOnPassesEachByteThroughTheTable) {
   platform::NoKeyPoll keys;
   for (const char* dore : {"dore=0", "dore=1"}) {
     const settings::Settings s = With((QByteArray("GWI=16|GHI=8|") + dore).constData());
-    app::TextBuffer text;
+    platform::TextBuffer text;
     ArrayRequest request{
         s,         source,   AreaBounds{0, 0, 16, 8}, keys, QStringLiteral("Logo.h"), std::nullopt,
         QString(), QString()};

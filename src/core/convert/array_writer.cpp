@@ -29,7 +29,7 @@ long long DataByteCount(const settings::Settings& settings, int width, int heigh
   return count;
 }
 
-ArrayResult WriteArray(const ArrayRequest& request, app::TextBuffer& text) {
+ArrayResult WriteArray(const ArrayRequest& request, platform::TextBuffer& text) {
   const settings::Settings& settings = request.settings;
   const AreaBounds& area = request.area;
   const int width = std::max(0, area.right - area.left);

@@ -4,7 +4,7 @@
 #include <QString>
 #include <optional>
 
-#include "app/text_buffer.h"
+#include "platform/text_buffer.h"
 #include "convert/compression.h"
 #include "convert/data_text.h"
 #include "convert/header_template.h"
@@ -67,6 +67,6 @@ struct ArrayResult {
 /// comments. A stopped walk leaves what was written so far, without the end. A binary or Intel
 /// Hex target gets the bytes alone. With ccomp the values pass the compression; when it saves
 /// bytes the pointer array and the statistics follow the data array.
-ArrayResult WriteArray(const ArrayRequest& request, app::TextBuffer& text);
+ArrayResult WriteArray(const ArrayRequest& request, platform::TextBuffer& text);
 
 }  // namespace vt::convert

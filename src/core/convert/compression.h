@@ -12,7 +12,7 @@
 #include <memory>
 #include <optional>
 
-#include "app/text_buffer.h"
+#include "platform/text_buffer.h"
 #include "convert/packers.h"
 #include "settings/settings.h"
 
@@ -59,7 +59,7 @@ class PointerText {
 
  private:
   settings::Settings settings_;
-  app::TextBuffer text_;
+  platform::TextBuffer text_;
   std::unique_ptr<DataTextWriter> writer_;
   QList<int> values_;
 };

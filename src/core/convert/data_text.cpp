@@ -178,8 +178,8 @@ EndOfLineFlags EndOfLineFlagsOf(const settings::DataFormatSettings& format) {
   return {format.Eolcom, format.EolSem, format.EolStr, format.Eoln, format.eolst};
 }
 
-DataTextWriter::DataTextWriter(const settings::Settings& settings, app::TextBuffer& text,
-                               DataTextOptions options, app::TextBuffer* secondPlane)
+DataTextWriter::DataTextWriter(const settings::Settings& settings, platform::TextBuffer& text,
+                               DataTextOptions options, platform::TextBuffer* secondPlane)
     : settings_(settings),
       text_(text),
       options_(std::move(options)),
@@ -203,7 +203,7 @@ DataTextWriter::DataTextWriter(const settings::Settings& settings, app::TextBuff
 }
 
 DataTextWriter::DataTextWriter(SecondPlaneTag, const settings::Settings& settings,
-                               app::TextBuffer& text, DataTextOptions options)
+                               platform::TextBuffer& text, DataTextOptions options)
     : DataTextWriter(settings, text, std::move(options), nullptr) {
   dealPlanes_ = false;
 }

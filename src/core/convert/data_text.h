@@ -14,7 +14,7 @@
 #include <string>
 #include <vector>
 
-#include "app/text_buffer.h"
+#include "platform/text_buffer.h"
 #include "convert/constant_format.h"
 #include "convert/header_template.h"
 #include "convert/value_sink.h"
@@ -108,11 +108,11 @@ struct DataEndInfo {
 class DataTextWriter final : public ValueSink {
  public:
   /// `secondPlane` receives the second array of two-page gray; may be null otherwise.
-  DataTextWriter(const settings::Settings& settings, app::TextBuffer& text,
-                 DataTextOptions options = {}, app::TextBuffer* secondPlane = nullptr);
+  DataTextWriter(const settings::Settings& settings, platform::TextBuffer& text,
+                 DataTextOptions options = {}, platform::TextBuffer* secondPlane = nullptr);
   /// The writer keeps a reference to the settings: a temporary would dangle.
-  DataTextWriter(settings::Settings&&, app::TextBuffer&, DataTextOptions = {},
-                 app::TextBuffer* = nullptr) = delete;
+  DataTextWriter(settings::Settings&&, platform::TextBuffer&, DataTextOptions = {},
+                 platform::TextBuffer* = nullptr) = delete;
   ~DataTextWriter() override;
   DataTextWriter(const DataTextWriter&) = delete;
   DataTextWriter& operator=(const DataTextWriter&) = delete;
@@ -176,7 +176,7 @@ class DataTextWriter final : public ValueSink {
 
  private:
   struct SecondPlaneTag {};
-  DataTextWriter(SecondPlaneTag, const settings::Settings& settings, app::TextBuffer& text,
+  DataTextWriter(SecondPlaneTag, const settings::Settings& settings, platform::TextBuffer& text,
                  DataTextOptions options);
 
   /// Where a constant stands on its line; One when a line holds one constant.
@@ -219,7 +219,7 @@ class DataTextWriter final : public ValueSink {
   void FinishArray();
 
   const settings::Settings& settings_;
-  app::TextBuffer& text_;
+  platform::TextBuffer& text_;
   DataTextOptions options_;
   CommentStyle style_;
   ConstantFormat format_;

@@ -46,7 +46,7 @@ QString IntelHexRecord(const QString& address, const QString& data) {
          HexDigits(static_cast<qulonglong>(IntelHexChecksum(length + address + data)), 2);
 }
 
-void InputHexInTextEditor(IntelHexState& state, app::TextBuffer& text, const QString& twoDigits) {
+void InputHexInTextEditor(IntelHexState& state, platform::TextBuffer& text, const QString& twoDigits) {
   state.PendingData += twoDigits;
   if (state.PendingData.size() < 2 * state.BytesPerLine) return;
   EndIntelHex(state, text);
@@ -55,17 +55,17 @@ void InputHexInTextEditor(IntelHexState& state, app::TextBuffer& text, const QSt
   state.PendingData.clear();
 }
 
-void EndIntelHex(IntelHexState& state, app::TextBuffer& text) {
+void EndIntelHex(IntelHexState& state, platform::TextBuffer& text) {
   text.AddLine(IntelHexRecord(state.RecordAddress, state.PendingData));
 }
 
-void FinishIntelHex(IntelHexState& state, app::TextBuffer& text) {
+void FinishIntelHex(IntelHexState& state, platform::TextBuffer& text) {
   if (!state.PendingData.isEmpty()) EndIntelHex(state, text);
   state.PendingData.clear();
   text.AddLine(kIntelHexEndRecord);
 }
 
-void InputHexInEditor(app::HexBuffer& hex, const QString& twoDigits) {
+void InputHexInEditor(platform::HexBuffer& hex, const QString& twoDigits) {
   hex.AppendHexByte(twoDigits);
 }
 

@@ -9,8 +9,8 @@
 
 #include <QString>
 
-#include "app/hex_buffer.h"
-#include "app/text_buffer.h"
+#include "platform/hex_buffer.h"
+#include "platform/text_buffer.h"
 #include "convert/data_text.h"
 
 namespace vt::convert {
@@ -44,36 +44,36 @@ QString IntelHexRecord(const QString& address, const QString& data);
 
 /// One value for Intel Hex: the digits join PendingData; a full line becomes a record and the
 /// address moves on by BytesPerLine (a text that outgrows its digits grows by a digit).
-void InputHexInTextEditor(IntelHexState& state, app::TextBuffer& text, const QString& twoDigits);
+void InputHexInTextEditor(IntelHexState& state, platform::TextBuffer& text, const QString& twoDigits);
 /// Writes PendingData as a record.
-void EndIntelHex(IntelHexState& state, app::TextBuffer& text);
+void EndIntelHex(IntelHexState& state, platform::TextBuffer& text);
 /// The end of the export: the partial record, if any, then ":00000001FF".
-void FinishIntelHex(IntelHexState& state, app::TextBuffer& text);
+void FinishIntelHex(IntelHexState& state, platform::TextBuffer& text);
 
 /// One value for the binary target: the two digits become one byte of the hex editor.
-void InputHexInEditor(app::HexBuffer& hex, const QString& twoDigits);
+void InputHexInEditor(platform::HexBuffer& hex, const QString& twoDigits);
 
 /// The Intel Hex target as the data text writer sees it.
 class IntelHexTarget final : public HexByteTarget {
  public:
-  IntelHexTarget(IntelHexState& state, app::TextBuffer& text) : state_(state), text_(text) {}
+  IntelHexTarget(IntelHexState& state, platform::TextBuffer& text) : state_(state), text_(text) {}
   void AppendHexByte(const QString& digits) override {
     InputHexInTextEditor(state_, text_, digits);
   }
 
  private:
   IntelHexState& state_;
-  app::TextBuffer& text_;
+  platform::TextBuffer& text_;
 };
 
 /// The binary target as the data text writer sees it.
 class HexEditorTarget final : public HexByteTarget {
  public:
-  explicit HexEditorTarget(app::HexBuffer& hex) : hex_(hex) {}
+  explicit HexEditorTarget(platform::HexBuffer& hex) : hex_(hex) {}
   void AppendHexByte(const QString& digits) override { InputHexInEditor(hex_, digits); }
 
  private:
-  app::HexBuffer& hex_;
+  platform::HexBuffer& hex_;
 };
 
 }  // namespace vt::convert

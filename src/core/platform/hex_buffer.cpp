@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "app/hex_buffer.h"
+#include "platform/hex_buffer.h"
 
 #include "util/atomic_write.h"
 
-namespace vt::app {
+namespace vt::platform {
 
 void HexBuffer::Clear() {
   bytes_.clear();
@@ -31,4 +31,4 @@ Result<bool> HexBuffer::SaveToFile(const QString& path) const {
   return written;
 }
 
-}  // namespace vt::app
+}  // namespace vt::platform

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include "app/text_buffer.h"
+#include "platform/text_buffer.h"
 
 #include <cstring>
 #include <string>
 
 #include "util/atomic_write.h"
 
-namespace vt::app {
+namespace vt::platform {
 
 void TextBuffer::Block::Grow(std::size_t size) {
   std::size_t capacity = std::max<std::size_t>(capacity_ * 2, 4096);
@@ -169,4 +169,4 @@ Result<bool> TextBuffer::SaveToFile(const QString& path, bool crlf) const {
   return written;
 }
 
-}  // namespace vt::app
+}  // namespace vt::platform

@@ -10,7 +10,7 @@
 
 #include "util/error.h"
 
-namespace vt::app {
+namespace vt::platform {
 
 /// The line-addressed text editor model: what the export, the font generator and the batch
 /// interpreter write into and what the source editor widget shows. Lines hold no line breaks of
@@ -143,4 +143,4 @@ class TextBuffer {
   mutable bool modified_ = false;  // saving is a read of the text that only resets this flag
 };
 
-}  // namespace vt::app
+}  // namespace vt::platform

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "app/text_buffer.h"
+#include "platform/text_buffer.h"
 
 #include <gtest/gtest.h>
 
@@ -9,7 +9,7 @@
 
 #include "support/temp_folders.h"
 
-namespace vt::app {
+namespace vt::platform {
 namespace {
 
 TEST(TextBuffer, LinesAreAddressedFromZeroAndEditedInPlace) {
@@ -105,4 +105,4 @@ TEST(TextBuffer, SaveWritesEachLineWithTheChosenBreakOrNamesThePath) {
 }
 
 }  // namespace
-}  // namespace vt::app
+}  // namespace vt::platform

@@ -6,7 +6,7 @@
 
 #include "util/error.h"
 
-namespace vt::app {
+namespace vt::platform {
 
 /// The byte-addressed hex editor model: what the binary export writes into and the hex editor
 /// widget shows. Every change raises the modified flag; clearing and saving lower it.
@@ -37,4 +37,4 @@ class HexBuffer {
   mutable bool modified_ = false;  // saving is a read of the bytes that only resets this flag
 };
 
-}  // namespace vt::app
+}  // namespace vt::platform
