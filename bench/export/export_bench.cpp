@@ -19,11 +19,14 @@
 #include <string>
 #include <vector>
 
+#include "app/display_commands.h"
+#include "app/export_driver.h"
+#include "app/messages.h"
+#include "app/palette_commands.h"
 #include "app/state.h"
 #include "canvas/color_reduction.h"
 #include "convert/array_writer.h"
 #include "convert/color_packers.h"
-#include "convert/export_driver.h"
 #include "convert/header_template.h"
 #include "convert/pixel_source.h"
 #include "platform/clock.h"
@@ -149,11 +152,11 @@ Times ExportMs(const QImage& picture, settings::PixelMode mode, const QString& f
   state.settings.output.Dnask = false;
   state.settings.output.nbmfn = QStringLiteral("bench.png");
   settings::ApplyModeFlags(state.settings.pixel, settings::Info(mode).flags);
-  settings::SetDisplaySize(state, picture.width(), picture.height());
+  app::SetDisplaySize(state, picture.width(), picture.height());
   // The canvas as loading leaves it: reduced to the palette, or black and white.
   QImage loaded = settings::IsMonochromeMode(mode) ? BlackAndWhite(picture) : picture.copy();
   if (!settings::IsMonochromeMode(mode)) {
-    canvas::LoadModePalette(state, services);
+    app::LoadModePalette(state, services);
     canvas::ReduceLikeLoading(loaded, state.palettes, mode, escape);
   }
   state.canvas.Restore(loaded);
@@ -162,8 +165,8 @@ Times ExportMs(const QImage& picture, settings::PixelMode mode, const QString& f
       [&] {
         state.text.Clear();
         state.text.SetModified(false);
-        const auto result = convert::TranslateCanvas(state, services, convert::ExportRequest{});
-        ok = ok && result.status == convert::ExportStatus::Written;
+        const auto result = app::TranslateCanvas(state, services, app::ExportRequest{});
+        ok = ok && result.status == app::ExportStatus::Written;
       },
       budget, rounds);
   if (!ok) return {};
@@ -237,9 +240,13 @@ int main(int argc, char* argv[]) {
   const int rounds = smoke ? 1 : forcedRounds > 0 ? forcedRounds : 20;
   QTextStream out(stdout);
   QTemporaryDir folder;
-  vt::app::Log log;
+  QString headerMessages;
+  QTextStream headerSink(&headerMessages);
+  vt::platform::ConsoleDialogs headerDialogs(headerSink);
+  vt::app::AppState headerState;
+  vt::app::AppMessenger messenger(headerState, headerDialogs);
   vt::convert::WriteDefaultHeaderFile(folder.path() + QStringLiteral("/bench.LCD"),
-                                      vt::convert::HeaderKind::Graphics, true, log);
+                                      vt::convert::HeaderKind::Graphics, true, messenger);
   bool anyFailed = false;  // an export that did not complete fails the run (and the smoke test)
   for (const QSize size : sizes) {
     const QImage picture = Picture(size.width(), size.height());

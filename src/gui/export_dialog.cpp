@@ -20,10 +20,10 @@ namespace {
 
 using convert::WordWidthChoice;
 
-const char* const kAreaTexts[] = {
-    "Export Full size Work Canvas", "Export Upper Half of Work Canvas",
-    "Export Lower Half of Work Canvas", "Export Area of Work Canvas",
-    "Export Selected Subdivision >"};
+const char* const kAreaTexts[] = {"Export Full size Work Canvas",
+                                  "Export Upper Half of Work Canvas",
+                                  "Export Lower Half of Work Canvas", "Export Area of Work Canvas",
+                                  "Export Selected Subdivision >"};
 const struct {
   WordWidthChoice choice;
   const char* text;
@@ -40,7 +40,7 @@ QCheckBox* Box(const char* text, const char* name) {
 
 }  // namespace
 
-ExportDialog::ExportDialog(const convert::ExportDialogSetup& setup, QWidget* parent)
+ExportDialog::ExportDialog(const app::ExportDialogSetup& setup, QWidget* parent)
     : QDialog(parent), base_(setup.request), intelHexEnabled_(setup.intelHexGroupEnabled) {
   setWindowTitle(QStringLiteral("Export Work Canvas To Data"));
   setObjectName(QStringLiteral("ExportToDataForm"));
@@ -75,7 +75,8 @@ ExportDialog::ExportDialog(const convert::ExportDialogSetup& setup, QWidget* par
   autoFraming_ = Box("Effective Bitmap Size ( Auto Framing )", "EffectiveSizeCheckBox");
   compression_ = Box("Monochrome Data Compression ", "CompressionCheckBox");
   rearrange_ = Box("Rearrange Data Bits (Settings)", "CheckBox2");
-  interleaved_ = Box("Interleaved Data ( If Height=64p , Line 0,32,1,33,2... )", "InterleavedCheckBox");
+  interleaved_ =
+      Box("Interleaved Data ( If Height=64p , Line 0,32,1,33,2... )", "InterleavedCheckBox");
   searchReplace_ = Box("Search and Replace", "CheckBox1");
   postProcess_ = Box("Text Post-Processing", "PostProcessingCheckBox");
   compression_->setEnabled(setup.compressionEnabled);
@@ -85,16 +86,18 @@ ExportDialog::ExportDialog(const convert::ExportDialogSetup& setup, QWidget* par
     optionsLayout->addWidget(box);
   }
   connect(autoFraming_, &QCheckBox::toggled, this, [this, areaBox](bool on) {
-    if (on) area_->button(convert::kAreaFull)->setChecked(true);
+    if (on) area_->button(app::kAreaFull)->setChecked(true);
     areaBox->setEnabled(!on);
   });
   layout->addWidget(options);
 
   auto* labels = new QVBoxLayout;
-  for (const QString& text : {setup.compressionLabel, setup.activeBatch, setup.postProcessingNote}) {
+  for (const QString& text :
+       {setup.compressionLabel, setup.activeBatch, setup.postProcessingNote}) {
     if (text.isEmpty()) continue;
     auto* label = new QLabel(text);
-    if (text == setup.compressionLabel) label->setStyleSheet(QStringLiteral("color: #b00000; font-weight: bold"));
+    if (text == setup.compressionLabel)
+      label->setStyleSheet(QStringLiteral("color: #b00000; font-weight: bold"));
     labels->addWidget(label);
   }
   layout->addLayout(labels);
@@ -143,8 +146,8 @@ ExportDialog::ExportDialog(const convert::ExportDialogSetup& setup, QWidget* par
   buttons->addWidget(cancel);
   layout->addLayout(buttons);
   connect(reset, &QPushButton::clicked, this, [this] {
-    convert::ExportRequest request = Request();
-    convert::ResetSpecialSettings(request);
+    app::ExportRequest request = Request();
+    app::ResetSpecialSettings(request);
     Load(request);
   });
   connect(exportButton_, &QPushButton::clicked, this, &QDialog::accept);
@@ -153,7 +156,7 @@ ExportDialog::ExportDialog(const convert::ExportDialogSetup& setup, QWidget* par
   Load(setup.request);
 }
 
-void ExportDialog::Load(const convert::ExportRequest& r) {
+void ExportDialog::Load(const app::ExportRequest& r) {
   if (QAbstractButton* b = area_->button(r.AreaChoice)) b->setChecked(true);
   subdivision_->setCurrentIndex(subdivision_->findData(r.SubdivisionNumber));
   autoFraming_->setChecked(r.AutoFraming);
@@ -175,8 +178,8 @@ void ExportDialog::FollowWordWidth() {
                         wordWidth_->checkedId() == static_cast<int>(WordWidthChoice::IntelHex));
 }
 
-convert::ExportRequest ExportDialog::Request() const {
-  convert::ExportRequest r = base_;
+app::ExportRequest ExportDialog::Request() const {
+  app::ExportRequest r = base_;
   r.AreaChoice = qMax(0, area_->checkedId());
   r.SubdivisionNumber = subdivision_->currentData().toInt();
   r.AutoFraming = autoFraming_->isChecked();
@@ -186,7 +189,8 @@ convert::ExportRequest ExportDialog::Request() const {
   r.RunSearchReplace = searchReplace_->isChecked();
   r.RunPostProcess = postProcess_->isChecked();
   // No checked button keeps what the settings held (the binary file output).
-  if (wordWidth_->checkedId() >= 0) r.WordWidth = static_cast<WordWidthChoice>(wordWidth_->checkedId());
+  if (wordWidth_->checkedId() >= 0)
+    r.WordWidth = static_cast<WordWidthChoice>(wordWidth_->checkedId());
   r.BytesPerLine = bytesPerLine_->value();
   r.AddressDigits = addressDigits_->currentData().toInt();
   r.AddressOffset = addressOffset_->text();

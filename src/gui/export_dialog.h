@@ -3,7 +3,7 @@
 
 #include <QDialog>
 
-#include "convert/export_driver.h"
+#include "app/export_driver.h"
 
 class QButtonGroup;
 class QCheckBox;
@@ -20,17 +20,17 @@ namespace vt::gui {
 class ExportDialog final : public QDialog {
   Q_OBJECT
  public:
-  explicit ExportDialog(const convert::ExportDialogSetup& setup, QWidget* parent = nullptr);
+  explicit ExportDialog(const app::ExportDialogSetup& setup, QWidget* parent = nullptr);
   /// The request with the dialog's choices.
-  convert::ExportRequest Request() const;
+  app::ExportRequest Request() const;
   /// "Export To Editor now".
   QPushButton* ExportButton() const { return exportButton_; }
 
  private:
-  void Load(const convert::ExportRequest& request);
+  void Load(const app::ExportRequest& request);
   void FollowWordWidth();
 
-  convert::ExportRequest base_;
+  app::ExportRequest base_;
   QButtonGroup* area_ = nullptr;
   QComboBox* subdivision_ = nullptr;
   QCheckBox* autoFraming_ = nullptr;

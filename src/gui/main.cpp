@@ -8,6 +8,7 @@
 #include <QTabWidget>
 #include <QTimer>
 
+#include "app/display_commands.h"
 #include "gui/export_dialog.h"
 #include "gui/main_window.h"
 #include "gui/preview_dialog.h"
@@ -63,8 +64,8 @@ int main(int argc, char* argv[]) {
     if (!picture.isEmpty()) {
       const QImage image(picture);
       if (!image.isNull()) {
-        vt::settings::SetDisplaySize(window.State(), qMin(image.width(), 1024),
-                                     qMin(image.height(), 768));
+        vt::app::SetDisplaySize(window.State(), qMin(image.width(), 1024),
+                                qMin(image.height(), 768));
       }
       window.LoadPicture(picture);
       if (qEnvironmentVariableIsSet(kThresholdVariable)) {
@@ -72,7 +73,7 @@ int main(int argc, char* argv[]) {
       } else {
         if (window.ThresholdToolShown()) window.Threshold()->MidButton()->click();
         window.Command(QStringLiteral("Paste Selection"))->trigger();
-        window.RunExport(vt::convert::FillExportDialog(window.State()).request, true);
+        window.RunExport(vt::app::FillExportDialog(window.State()).request, true);
       }
     }
     QTimer::singleShot(700, &window, [&window, screenshot, picture] {

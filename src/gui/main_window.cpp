@@ -28,12 +28,17 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include "app/canvas_commands.h"
+#include "app/display_commands.h"
+#include "app/graphic_import.h"
 #include "app/messages.h"
 #include "app/modes.h"
 #include "app/output_naming.h"
+#include "app/palette_commands.h"
+#include "app/pixel_mode_commands.h"
 #include "app/shell_commands.h"
 #include "app/startup.h"
-#include "canvas/canvas_commands.h"
+#include "app/threshold_commands.h"
 #include "canvas/color_reduction.h"
 #include "canvas/graphic_loading.h"
 #include "canvas/graphic_preview.h"
@@ -415,7 +420,7 @@ void MainWindow::BuildRibbonAndMenus() {
                            [this] { LoadGraphicToolButtonClick(); }));
   QAction* reload =
       onPage(1, AddCommand(QStringLiteral("Reload Last Canvas File"), "ReloadLastCanvasButton",
-                           [this] { canvas::ReloadLastCanvasButtonClick(state_, services_); }));
+                           [this] { app::ReloadLastCanvasButtonClick(state_, services_); }));
   QAction* preview = onPage(
       1, AddCommand(QStringLiteral("Load Graphic with Preview"), "LoadGraphicPreviewGlowButton",
                     [this] { LoadGraphicPreviewGlowButtonClick(); }));
@@ -499,9 +504,10 @@ void MainWindow::BuildRibbonAndMenus() {
     }));
   }
   for (const bool msbFirst : {true, false}) {
-    output->addAction(AddCommand(settings::BitOrderCaption(msbFirst),
-                                 msbFirst ? "MostSignificantBitLeft" : "MostSignificantBitRight",
-                                 [this, msbFirst] { settings::SelectBitOrder(state_, msbFirst); }));
+    output->addAction(
+        AddCommand(settings::BitOrderCaption(msbFirst),
+                   msbFirst ? "MostSignificantBitLeft" : "MostSignificantBitRight",
+                   [this, msbFirst] { app::SelectBitOrder(state_, services_, msbFirst); }));
   }
   output->addSeparator();
   output->addAction(panel);
@@ -510,14 +516,14 @@ void MainWindow::BuildRibbonAndMenus() {
 
   // The canvas tool bar; its shortcuts work while the threshold tool stands in its place.
   QAction* paste = AddCommand(QStringLiteral("Paste Selection"), "PasteButton", [this] {
-    canvas::DoPaste(state_, services_, canvas::BlackWhiteConversions(state_));
+    app::DoPaste(state_, services_, app::BlackWhiteConversions(state_));
   });
   paste->setShortcut(QKeySequence::Paste);
   QAction* undo =
-      AddCommand(QStringLiteral("Undo"), "UndoButton", [this] { canvas::UndoButtonClick(state_); });
+      AddCommand(QStringLiteral("Undo"), "UndoButton", [this] { app::UndoButtonClick(state_); });
   undo->setShortcut(QKeySequence::Undo);
   QAction* redo =
-      AddCommand(QStringLiteral("Redo"), "RedoButton", [this] { canvas::RedoButtonClick(state_); });
+      AddCommand(QStringLiteral("Redo"), "RedoButton", [this] { app::RedoButtonClick(state_); });
   redo->setShortcut(QKeySequence::Redo);
   canvasToolBar_->addActions({paste, undo, redo});
   addActions({paste, undo, redo});
@@ -530,7 +536,7 @@ void MainWindow::BuildRibbonAndMenus() {
   }
   auto* escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
   connect(escape, &QShortcut::activated, this, [this] {
-    RunAtTop(state_, services_.dialogs, [this] { canvas::EscapeSelection(state_); });
+    RunAtTop(state_, services_.dialogs, [this] { app::EscapeSelection(state_); });
     Refresh();
   });
 
@@ -577,10 +583,10 @@ QMenu* MainWindow::BuildDitheringMenu() {
   menu->addSeparator();
   menu->addAction(AddCommand(QStringLiteral("Perform Dithering"),
                              "PerformDitheringParametersbelow1",
-                             [this] { canvas::PerformDithering(state_, services_); }));
+                             [this] { app::PerformDithering(state_, services_); }));
   menu->addAction(AddCommand(QStringLiteral("Convert Work Canvas to Black and White by Dithering"),
                              "ConvertWorkCanvastoBlackandWhitebyDithering1",
-                             [this] { canvas::DitherWorkCanvas(state_, services_); }));
+                             [this] { app::DitherWorkCanvas(state_, services_); }));
   return menu;
 }
 
@@ -645,7 +651,7 @@ void MainWindow::LoadGraphicToolButtonClick() {
 }
 
 void MainWindow::LoadPicture(const QString& path) {
-  canvas::LoadGraphicFile(state_, services_, path);
+  app::LoadGraphicFile(state_, services_, path);
   Refresh();
 }
 
@@ -655,7 +661,7 @@ void MainWindow::LoadGraphicPreviewGlowButtonClick() {
     if (dialogShown) dialogShown(dialog);
   });
   if (dialog.exec() != QDialog::Accepted) return;
-  canvas::ImportGraphicPreview(state_, services_, dialog.Preview());
+  app::ImportGraphicPreview(state_, services_, dialog.Preview());
 }
 
 bool MainWindow::ThresholdToolShown() const {
@@ -691,8 +697,7 @@ std::unique_ptr<ExportDialog> MainWindow::MakeExportDialog() {
     layout.EXLE = 100;
     layout.EXTO = 50;
   }
-  auto dialog =
-      std::make_unique<ExportDialog>(convert::FillExportDialog(state_, lastExport_), this);
+  auto dialog = std::make_unique<ExportDialog>(app::FillExportDialog(state_, lastExport_), this);
   dialog->move(layout.EXLE, layout.EXTO);
   return dialog;
 }
@@ -703,12 +708,12 @@ void MainWindow::ConvertToDataToolButtonClick() {
   const bool confirmed = dialog->exec() == QDialog::Accepted;
   state_.settings.layout.EXLE = dialog->x();
   state_.settings.layout.EXTO = dialog->y();
-  const convert::ExportRequest request = dialog->Request();
+  const app::ExportRequest request = dialog->Request();
   dialog.reset();
   RunExport(request, confirmed);
 }
 
-convert::ExportResult MainWindow::RunExport(const convert::ExportRequest& request, bool confirmed) {
+app::ExportResult MainWindow::RunExport(const app::ExportRequest& request, bool confirmed) {
   lastExport_ = request;
 
   // The walk polls Escape and pumps events: nothing else may start meanwhile.
@@ -722,7 +727,7 @@ convert::ExportResult MainWindow::RunExport(const convert::ExportRequest& reques
   progress_->setVisible(confirmed);
   QApplication::setOverrideCursor(Qt::WaitCursor);
   state_.modes.ExportRunning = true;
-  const convert::ExportResult result = [&] {
+  const app::ExportResult result = [&] {
     struct Restore {
       MainWindow* w;
       ~Restore() {
@@ -733,9 +738,9 @@ convert::ExportResult MainWindow::RunExport(const convert::ExportRequest& reques
         w->ribbon_->setEnabled(true);
       }
     } restore{this};
-    return convert::EncodeButtonClick(state_, services_, request, confirmed);
+    return app::EncodeButtonClick(state_, services_, request, confirmed);
   }();
-  if (result.status == convert::ExportStatus::Cancelled && confirmed) {
+  if (result.status == app::ExportStatus::Cancelled && confirmed) {
     state_.log.StatusBarAndLog(QStringLiteral("Export stopped (escape)"));
   }
   if (!result.OutputFileName.isEmpty()) {

@@ -5,8 +5,8 @@
 #include <functional>
 #include <memory>
 
+#include "app/export_driver.h"
 #include "app/state.h"
-#include "convert/export_driver.h"
 
 class QAction;
 class QLabel;
@@ -95,7 +95,7 @@ class MainWindow final : public QMainWindow {
 
   /// The export after its dialog: the driver with `request`, progress and Escape while it
   /// walks, then the text in the source editor under the output name.
-  convert::ExportResult RunExport(const convert::ExportRequest& request, bool confirmed);
+  app::ExportResult RunExport(const app::ExportRequest& request, bool confirmed);
 
   /// Brings the views up to date with the state. Every command ends with it.
   void Refresh();
@@ -138,7 +138,7 @@ class MainWindow final : public QMainWindow {
   std::unique_ptr<app::SingleInstance> instance_;
   bool shutDown_ = false;
   bool terminated_ = false;
-  convert::ExportRequest lastExport_;
+  app::ExportRequest lastExport_;
   bool showingText_ = false;  ///< the editor is being given the document, not edited
 
   QTabWidget* ribbon_ = nullptr;

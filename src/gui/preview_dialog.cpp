@@ -19,6 +19,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "app/graphic_import.h"
 #include "canvas/dithering.h"
 #include "canvas/graphic_loading.h"
 
@@ -167,14 +168,14 @@ GraphicPreviewDialog::GraphicPreviewDialog(app::AppState& state, app::Services& 
   selectArea_->setCheckable(true);
   connect(selectArea_, &QPushButton::clicked, this, [this](bool checked) {
     state_.log.StatusBarAndLog(QString::fromLatin1(canvas::texts::kSelectAreaButton));
-    if (!canvas::CheckPreviewPicture(state_, services_, preview_)) checked = false;
+    if (!app::CheckPreviewPicture(state_, services_, preview_)) checked = false;
     selectArea_->setChecked(checked);
     pane_->SetSelecting(checked);
   });
   resize_ = new QPushButton(QStringLiteral("Resize to fit in Work Canvas"), this);
   connect(resize_, &QPushButton::clicked, this, [this] {
     state_.log.StatusBarAndLog(QString::fromLatin1(canvas::texts::kResizeToFitButton));
-    if (!canvas::CheckPreviewPicture(state_, services_, preview_)) return;
+    if (!app::CheckPreviewPicture(state_, services_, preview_)) return;
     preview_.ResizeToFit(QSize(state_.canvas.Width(), state_.canvas.Height()));
     Sync();
   });
@@ -223,7 +224,7 @@ GraphicPreviewDialog::GraphicPreviewDialog(app::AppState& state, app::Services& 
   import_ = buttons->addButton(QStringLiteral("Import"), QDialogButtonBox::AcceptRole);
   buttons->addButton(QDialogButtonBox::Cancel);
   connect(buttons, &QDialogButtonBox::accepted, this, [this] {
-    if (!canvas::CheckPreviewPicture(state_, services_, preview_)) return;
+    if (!app::CheckPreviewPicture(state_, services_, preview_)) return;
     ApplyDitherChoices();
     accept();
   });
@@ -235,7 +236,7 @@ GraphicPreviewDialog::GraphicPreviewDialog(app::AppState& state, app::Services& 
 }
 
 bool GraphicPreviewDialog::OpenFile(const QString& path) {
-  const bool opened = canvas::ShowPreview(state_, services_, preview_, path);
+  const bool opened = app::ShowPreview(state_, services_, preview_, path);
   selectArea_->setChecked(false);
   pane_->SetSelecting(false);
   Sync();

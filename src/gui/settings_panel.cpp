@@ -8,6 +8,7 @@
 #include <QPushButton>
 #include <QSpinBox>
 
+#include "app/display_commands.h"
 #include "app/modes.h"
 #include "app/shell_commands.h"
 #include "convert/constant_format.h"
@@ -85,7 +86,8 @@ SettingsPanel::SettingsPanel(app::AppState& state, app::Services& services, RunC
   customRow->addWidget(height_px_, 1);
   customRow->addWidget(custom);
   width_ = Combo("OutputWidth");
-  for (const auto& w : kWidths) width_->addItem(QString::fromLatin1(w.caption), static_cast<int>(w.choice));
+  for (const auto& w : kWidths)
+    width_->addItem(QString::fromLatin1(w.caption), static_cast<int>(w.choice));
   format_ = Combo("ConstantFormat");
   for (const convert::ConstantFormatInfo& info : convert::ConstantFormatTable()) {
     format_->addItem(QString::fromLatin1(info.label), static_cast<int>(info.format));
@@ -114,19 +116,20 @@ SettingsPanel::SettingsPanel(app::AppState& state, app::Services& services, RunC
   Choose(direction_, [this](int i) {
     const auto d = static_cast<settings::ScanDirection>(direction_->itemData(i).toInt());
     run_(QString::fromLatin1(settings::Info(d).controlHint),
-         [this, d] { settings::SelectScanDirection(state_, services_, d); });
+         [this, d] { app::SelectScanDirection(state_, services_, d); });
   });
   Choose(corner_, [this](int i) {
     const auto c = static_cast<settings::OriginCorner>(corner_->itemData(i).toInt());
-    run_(corner_->itemText(i), [this, c] { settings::SelectOriginCorner(state_, c); });
+    run_(corner_->itemText(i), [this, c] { app::SelectOriginCorner(state_, services_, c); });
   });
   Choose(bitOrder_, [this](int i) {
     const bool msbFirst = bitOrder_->itemData(i).toBool();
-    run_(bitOrder_->itemText(i), [this, msbFirst] { settings::SelectBitOrder(state_, msbFirst); });
+    run_(bitOrder_->itemText(i),
+         [this, msbFirst] { app::SelectBitOrder(state_, services_, msbFirst); });
   });
   const auto selectSize = [this](QSize s) {
     run_(QStringLiteral("Matrix%1x%2").arg(s.width()).arg(s.height()), [this, s] {
-      if (!app::CheckMode(state_, services_, 0)) settings::SelectPresetSize(state_, s);
+      if (!app::CheckMode(state_, services_, 0)) app::SelectPresetSize(state_, s);
     });
   };
   Choose(size_, [this, selectSize](int i) { selectSize(size_->itemData(i).toSize()); });
@@ -138,8 +141,7 @@ SettingsPanel::SettingsPanel(app::AppState& state, app::Services& services, RunC
   });
   Choose(format_, [this](int i) {
     const auto f = static_cast<convert::ConstantFormat>(format_->itemData(i).toInt());
-    run_(format_->itemText(i),
-         [this, f] { convert::SelectConstantFormat(state_.settings.format, state_.log, f); });
+    run_(format_->itemText(i), [this, f] { app::SelectConstantFormat(state_, services_, f); });
   });
   Sync();
 }

@@ -7,7 +7,8 @@
 #include <QSlider>
 #include <QSpinBox>
 
-#include "canvas/canvas_commands.h"
+#include "app/canvas_commands.h"
+#include "app/threshold_commands.h"
 #include "canvas/threshold.h"
 
 namespace vt::gui {
@@ -59,15 +60,14 @@ ThresholdTool::ThresholdTool(app::AppState& state, app::Services& services, Runn
     if (!syncing_) trackBar_->setValue(position);
   });
   connect(mid_, &QPushButton::clicked, this, [this] {
-    run_(QStringLiteral("B/W Threshold zero Button"), [this] { canvas::ThresholdMiddle(state_); });
+    run_(QStringLiteral("B/W Threshold zero Button"), [this] { app::ThresholdMiddle(state_); });
   });
   connect(paste_, &QPushButton::clicked, this, [this] {
     run_(paste_->text(),
-         [this] { canvas::DoPaste(state_, services_, canvas::BlackWhiteConversions(state_)); });
+         [this] { app::DoPaste(state_, services_, app::BlackWhiteConversions(state_)); });
   });
   connect(dithering_, &QPushButton::clicked, this, [this] {
-    run_(QStringLiteral("Perform Dithering"),
-         [this] { canvas::PerformDithering(state_, services_); });
+    run_(QStringLiteral("Perform Dithering"), [this] { app::PerformDithering(state_, services_); });
   });
   connect(toggle_, &QPushButton::clicked, this, [this] { ShowManual(!manual_); });
   ShowManual(true);
@@ -77,7 +77,7 @@ ThresholdTool::ThresholdTool(app::AppState& state, app::Services& services, Runn
 void ThresholdTool::SliderMoved(int position, bool released) {
   if (syncing_) return;
   run_(QString(),
-       [this, position, released] { canvas::BWTrackBarChange(state_, position, !released); });
+       [this, position, released] { app::BWTrackBarChange(state_, position, !released); });
 }
 
 void ThresholdTool::ShowManual(bool manual) {

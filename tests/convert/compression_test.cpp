@@ -6,10 +6,12 @@
 #include <QRegularExpression>
 #include <functional>
 
+#include "app/display_commands.h"
+#include "app/export_driver.h"
 #include "app/state.h"
 #include "convert/array_writer.h"
-#include "convert/export_driver.h"
 #include "convert_test_util.h"
+#include "recording_messenger.h"
 #include "settings/geometry.h"
 #include "temp_folders.h"
 
@@ -220,10 +222,11 @@ TEST(Compression, AnUnprofitableArrayIsWrittenAgainUncompressed) {
   vt::test::TestServices t;
   app::AppState state;
   state.files.SettingsFile = t.folders.Path(QStringLiteral("p.LCD"));
+  vt::test::RecordingMessenger headerLog;
   ASSERT_TRUE(
-      WriteDefaultHeaderFile(state.files.SettingsFile, HeaderKind::Graphics, true, state.log).ok());
+      WriteDefaultHeaderFile(state.files.SettingsFile, HeaderKind::Graphics, true, headerLog).ok());
   state.settings = With("ccomp=1|Dnask=0|tr=1");
-  settings::SetDisplaySize(state, 16, 8);
+  app::SetDisplaySize(state, 16, 8);
   // No two neighbouring bytes alike but one pair: its pointers cost more than it saves.
   const QImage noise = Draw(16, 8, [](int x, int y) { return (x * 5 + y * 3) % 7 < 3; });
   for (int y = 0; y < 8; ++y)

@@ -5,8 +5,8 @@
 
 #include <tuple>
 
-#include "app/log.h"
 #include "convert_test_util.h"
+#include "support/recording_messenger.h"
 
 // Readable QString values in failure messages.
 static void PrintTo(const QString& text, std::ostream* out) {
@@ -67,10 +67,10 @@ TEST(ConstantFormat, SelectionSetsTheKeyAndLogsTheSetterText) {
       {ConstantFormat::PlusDPlus, "+D+", "Constant format is +dec+"}};
   for (const auto& [selected, key, logText] : cases) {
     settings::DataFormatSettings format;
-    app::Log log;
+    vt::test::RecordingMessenger log;
     SelectConstantFormat(format, log, selected);
     EXPECT_EQ(format.FXHB, QString::fromLatin1(key));
-    EXPECT_EQ(log.Lines(), QStringList{QString::fromLatin1(logText)});
+    EXPECT_EQ(log.lines, QStringList{QString::fromLatin1(logText)});
     EXPECT_EQ(CurrentConstantFormat(format), selected) << key;
   }
   EXPECT_EQ(ConstantFormatFromKey("0b"), ConstantFormat::ZeroB);  // keys compare without case

@@ -10,9 +10,9 @@
 #include <QTemporaryDir>
 #include <tuple>
 
-#include "app/log.h"
 #include "convert_test_util.h"
 #include "support/golden.h"
+#include "support/recording_messenger.h"
 
 // Readable QString values in failure messages.
 static void PrintTo(const QString& text, std::ostream* out) {
@@ -370,7 +370,7 @@ QByteArray WholeText(const settings::Settings& s, const char* hex, int width, in
   const std::vector<int> values = FromHex(hex);
   QTemporaryDir dir;
   const QString settingsFile = dir.filePath("proj.LCD");
-  app::Log log;
+  vt::test::RecordingMessenger log;
   EXPECT_TRUE(WriteDefaultHeaderFile(settingsFile, HeaderKind::Graphics, false, log).ok());
   HeaderRequest request;
   request.templateFileName = HeaderFileName(settingsFile, HeaderKind::Graphics);

@@ -5,8 +5,9 @@
 
 #include <QFile>
 
+#include "app/display_commands.h"
+#include "app/export_driver.h"
 #include "app/state.h"
-#include "convert/export_driver.h"
 #include "convert_test_util.h"
 #include "settings/geometry.h"
 #include "temp_folders.h"
@@ -71,7 +72,7 @@ TEST(ExportReport, AnExportWritesItBesideTheDataUnlessTheFileIsHeld) {
   state.files.SettingsFile = t.folders.Path(QStringLiteral("p.LCD"));
   state.settings.folder.OFP = t.folders.Path(QStringLiteral("out"));
   state.settings.output.nbmfn = QStringLiteral("Logo.png");
-  settings::SetDisplaySize(state, 16, 8);
+  app::SetDisplaySize(state, 16, 8);
   const QString report = t.folders.Path(QStringLiteral("out/Logo.rtf"));
   EncodeButtonClick(state, t.services, FillExportDialog(state).request, true);
   const QByteArray rtf = vt::test::ReadAll(report);
@@ -85,7 +86,7 @@ TEST(ExportReport, AnExportWritesItBesideTheDataUnlessTheFileIsHeld) {
   // Held open elsewhere: refused, the old report stays.
   t.fileUse.busy.insert(report);
   state.text.Clear();
-  settings::SetDisplaySize(state, 8, 8);
+  app::SetDisplaySize(state, 8, 8);
   EncodeButtonClick(state, t.services, FillExportDialog(state).request, true);
   ASSERT_FALSE(t.dialogs.shown.isEmpty());
   EXPECT_EQ(t.dialogs.shown.last().text,

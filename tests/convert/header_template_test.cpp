@@ -8,8 +8,8 @@
 #include <functional>
 #include <tuple>
 
-#include "app/log.h"
 #include "convert_test_util.h"
+#include "support/recording_messenger.h"
 #include "support/temp_folders.h"
 
 // Readable QString values in failure messages.
@@ -206,12 +206,12 @@ TEST(DefaultHeaderTemplates, FontTemplatesLoseTheIncludeBlockAndKeepTheFontToken
 
 TEST(WriteDefaultHeaderFile, PadsEveryLineToTheLongestAndLogs) {
   QTemporaryDir dir;
-  app::Log log;
+  vt::test::RecordingMessenger log;
   const Result<bool> written =
       WriteDefaultHeaderFile(dir.filePath("proj.LCD"), HeaderKind::Graphics, false, log);
   ASSERT_TRUE(written.ok());
   EXPECT_TRUE(written.value());
-  EXPECT_EQ(log.Lines(), QStringList{" Initial configuration parameters restored "});
+  EXPECT_EQ(log.lines, QStringList{" Initial configuration parameters restored "});
 
   const QByteArray bytes = vt::test::ReadAll(dir.filePath("proj.txt"));
   QList<QByteArray> lines = bytes.split('\n');
@@ -233,13 +233,13 @@ TEST(WriteDefaultHeaderFile, KeepsAnExistingFileUnlessForcedOrReplaced) {
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.write(text);
   };
-  app::Log log;
+  vt::test::RecordingMessenger log;
   own("my own header\r\n");
   Result<bool> written = WriteDefaultHeaderFile(settingsFile, HeaderKind::Dmd, false, log);
   ASSERT_TRUE(written.ok());
   EXPECT_FALSE(written.value());
   EXPECT_EQ(vt::test::ReadAll(path), "my own header\r\n");
-  EXPECT_TRUE(log.Lines().isEmpty());
+  EXPECT_TRUE(log.lines.isEmpty());
 
   written = WriteDefaultHeaderFile(settingsFile, HeaderKind::Dmd, true, log);
   ASSERT_TRUE(written.ok() && written.value());

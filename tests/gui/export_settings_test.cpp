@@ -10,8 +10,8 @@
 
 #include "app/startup.h"
 #include "gui/export_dialog.h"
-#include "gui/settings_panel.h"
 #include "gui/reorder_preview_view.h"
+#include "gui/settings_panel.h"
 #include "gui_test_app.h"
 #include "support/temp_folders.h"
 
@@ -44,7 +44,7 @@ class ExportAndSettings : public ::testing::Test {
 };
 
 TEST_F(ExportAndSettings, TheExportDialogHandsBackEveryChoice) {
-  ExportDialog dialog(convert::FillExportDialog(state));
+  ExportDialog dialog(app::FillExportDialog(state));
   EXPECT_EQ(dialog.windowTitle(), QStringLiteral("Export Work Canvas To Data"));
   auto* intelHex = dialog.findChildren<QGroupBox*>().last();
   EXPECT_FALSE(intelHex->isEnabled()) << "8 bits: no Intel Hex group";
@@ -54,14 +54,14 @@ TEST_F(ExportAndSettings, TheExportDialogHandsBackEveryChoice) {
   EXPECT_EQ(Named<QLineEdit>(dialog, "AddressOffset")->text(), QStringLiteral("000000"));
   Radio(dialog, QStringLiteral("Export Lower Half of Work Canvas"))->click();
   Named<QCheckBox>(dialog, "InterleavedCheckBox")->setChecked(true);
-  convert::ExportRequest r = dialog.Request();
+  app::ExportRequest r = dialog.Request();
   EXPECT_EQ(r.WordWidth, convert::WordWidthChoice::IntelHex);
   EXPECT_EQ(r.AddressDigits, 6);
-  EXPECT_EQ(r.AreaChoice, convert::kAreaLowerHalf);
+  EXPECT_EQ(r.AreaChoice, app::kAreaLowerHalf);
   EXPECT_TRUE(r.Interleaved);
 
   Named<QCheckBox>(dialog, "EffectiveSizeCheckBox")->setChecked(true);  // locks the full area
-  EXPECT_EQ(dialog.Request().AreaChoice, convert::kAreaFull);
+  EXPECT_EQ(dialog.Request().AreaChoice, app::kAreaFull);
   Named<QPushButton>(dialog, "ResetButton")->click();
   r = dialog.Request();
   EXPECT_FALSE(r.AutoFraming || r.Interleaved);
@@ -70,10 +70,11 @@ TEST_F(ExportAndSettings, TheExportDialogHandsBackEveryChoice) {
 
 TEST_F(ExportAndSettings, EachSettingsBoxRunsItsSelectorAsACommand) {
   QStringList captions;
-  SettingsPanel panel(state, t.services, [&](const QString& caption, const std::function<void()>& w) {
-    captions << caption;
-    w();
-  });
+  SettingsPanel panel(state, t.services,
+                      [&](const QString& caption, const std::function<void()>& w) {
+                        captions << caption;
+                        w();
+                      });
   const struct {
     QComboBox* box;
     int index;
@@ -90,14 +91,15 @@ TEST_F(ExportAndSettings, EachSettingsBoxRunsItsSelectorAsACommand) {
       {panel.FormatBox(), 1, [&] { return state.settings.format.FXHB == "H"; }, nullptr},
       {panel.BitOrderBox(), 1, [&] { return !state.settings.scan.MSBF; }, nullptr},
       {panel.CornerBox(), 2, [&] { return state.settings.scan.CORN3; }, nullptr},
-      {panel.SizeBox(), 0, [&] { return state.canvas.Width() == 96 && state.canvas.Height() == 40; },
-       "Matrix96x40"},
+      {panel.SizeBox(), 0,
+       [&] { return state.canvas.Width() == 96 && state.canvas.Height() == 40; }, "Matrix96x40"},
   };
   for (const auto& c : cases) {
     c.box->activated(c.index);
     EXPECT_TRUE(c.done()) << c.box->objectName().toStdString();
     EXPECT_EQ(c.box->currentIndex(), c.index) << "the box shows the accepted setting";
-    EXPECT_EQ(captions.last(), c.caption ? QString::fromLatin1(c.caption) : c.box->itemText(c.index));
+    EXPECT_EQ(captions.last(),
+              c.caption ? QString::fromLatin1(c.caption) : c.box->itemText(c.index));
   }
   EXPECT_TRUE(state.log.Lines().contains(QStringLiteral("Constant format is data+h")));
 }

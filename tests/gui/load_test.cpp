@@ -8,6 +8,8 @@
 #include <QSpinBox>
 #include <QToolBar>
 
+#include "app/display_commands.h"
+#include "app/pixel_mode_commands.h"
 #include "gui/main_window.h"
 #include "gui/preview_dialog.h"
 #include "gui/threshold_tool.h"
@@ -47,7 +49,7 @@ class LoadTest : public ::testing::Test {
 
 TEST_F(LoadTest, AMonochromeLoadWaitsForTheSliderThenPastesBlackAndWhite) {
   MainWindow window(platform.services, {});
-  settings::SetDisplaySize(window.State(), 8, 4);
+  app::SetDisplaySize(window.State(), 8, 4);
   window.LoadPicture(Grays({0, 32, 64, 96, 128, 160, 192, 224}, 4));
   ThresholdTool* tool = window.Threshold();
   ASSERT_TRUE(window.ThresholdToolShown());
@@ -88,9 +90,8 @@ TEST_F(LoadTest, AMonochromeLoadWaitsForTheSliderThenPastesBlackAndWhite) {
 // the nearest of the four levels, no error spread.
 TEST_F(LoadTest, AGrayLoadIsReducedWithTheMenusMethodAndPasted) {
   MainWindow window(platform.services, {});
-  settings::SetDisplaySize(window.State(), 8, 8);
-  ASSERT_TRUE(
-      settings::SelectPixelMode(window.State(), platform.services, settings::PixelMode::Gray4));
+  app::SetDisplaySize(window.State(), 8, 8);
+  ASSERT_TRUE(app::SelectPixelMode(window.State(), platform.services, settings::PixelMode::Gray4));
   window.Command(QStringLiteral("Nearest"))->trigger();
   const QList<int> reduced = {0x00, 0x55, 0x55, 0xAA, 0xAA, 0xFF};
   platform.dialogs.Answer(Answer::Ok);  // Reduce
@@ -112,7 +113,7 @@ void Mouse(QWidget* widget, QEvent::Type type, QPoint at) {
 
 TEST_F(LoadTest, ThePreviewTakesTheAreaDrawnAndMovedWithTheMouse) {
   MainWindow window(platform.services, {});
-  settings::SetDisplaySize(window.State(), 8, 4);
+  app::SetDisplaySize(window.State(), 8, 4);
   const QString path = Grays({0, 40, 80, 120, 160, 200, 240, 255}, 2);
   window.dialogShown = [&](GraphicPreviewDialog& dialog) {
     dialog.OpenFile(path);

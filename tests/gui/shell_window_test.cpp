@@ -12,6 +12,7 @@
 #include <QTreeWidget>
 
 #include "app/configuration.h"
+#include "app/display_commands.h"
 #include "app/startup.h"
 #include "gui/escape_poll.h"
 #include "gui/explorer.h"
@@ -50,7 +51,7 @@ class ShellWindow : public ::testing::Test {
 
 TEST_F(ShellWindow, ExportFromTheRibbonLeavesTheArrayInTheEditorAndTheOutputFolder) {
   MainWindow window(platform.services, {});
-  settings::SetDisplaySize(window.State(), 16, 8);
+  app::SetDisplaySize(window.State(), 16, 8);
   window.LoadPicture(Picture());
   window.Command(QStringLiteral("Paste Selection"))->trigger();
   QAction* command = window.Command(QStringLiteral("Export Work Canvas to Data"));
@@ -115,7 +116,7 @@ TEST_F(ShellWindow, ModeAndDirectionChangesAreRefusedThroughTheDialogs) {
   EXPECT_EQ(platform.dialogs.shown.size(), 2);
   EXPECT_FALSE(window.State().modes.AnimationActive || window.State().modes.TouchScriptActive);
 
-  settings::SetDisplaySize(window.State(), 128, 100);
+  app::SetDisplaySize(window.State(), 128, 100);
   window.Refresh();
   Pick(panel->DirectionBox(), panel->DirectionBox()->findData(int(settings::ScanDirection::td)));
   ASSERT_EQ(platform.dialogs.shown.size(), 3);
@@ -127,7 +128,7 @@ TEST_F(ShellWindow, ModeAndDirectionChangesAreRefusedThroughTheDialogs) {
 TEST_F(ShellWindow, ClosingWithUnsavedArtworkAsksThenSavesSettingsAndLog) {
   MainWindow window(platform.services, {});
   window.show();
-  settings::SetDisplaySize(window.State(), 16, 8);
+  app::SetDisplaySize(window.State(), 16, 8);
   window.LoadPicture(Picture());
   window.Command(QStringLiteral("Paste Selection"))->trigger();
   const QString logFile = window.State().files.InitFolder + app::kLogFileName;

@@ -6,63 +6,21 @@
 #include <array>
 #include <tuple>
 
-#include "settings/pixel_modes.h"
-#include "support/temp_folders.h"
+#include "settings/geometry_fixture.h"
 
 namespace vt::settings {
 namespace {
+
+using test::Fixture;
+using test::kHorizontalError;
+using test::kVerticalError;
+using test::ScanKeys;
+using test::SizeErrors;
 
 namespace Answer = platform::Answer;
 using platform::DialogType;
 using D = ScanDirection;
 using M = PixelMode;
-
-const QString kHorizontalError = QStringLiteral(
-    "  Work Canvas Dot Matrix size does not fit in this paging scheme ! \r Horizontal size should "
-    "be a multiple of 8 for horizontal conversion\r Use a vertical conversion direction  ");
-const QString kVerticalError = QStringLiteral(
-    "  Work Canvas Dot Matrix size does not fit in this paging scheme ! \r Vertical size should be "
-    "a multiple of 8 for vertical conversion  \r Use a horizontal conversion direction");
-
-/// The size check text by letter: 'H' horizontal, 'V' vertical, anything else none.
-QStringList SizeErrors(char which) {
-  if (which == 'H') return {kHorizontalError};
-  if (which == 'V') return {kVerticalError};
-  return {};
-}
-
-/// The eight direction keys in the order of ScanDirection, then the four corner keys.
-std::array<bool*, 12> KeysOf(ScanSettings& s) {
-  return {&s.tr, &s.tra, &s.tl,    &s.tla,   &s.td,    &s.tda,
-          &s.tu, &s.tua, &s.CORN1, &s.CORN2, &s.CORN3, &s.CORN4};
-}
-
-/// The true direction and corner keys, as text: "td CORN1".
-QString ScanKeys(Settings settings) {
-  const char* const names[] = {"tr", "tra", "tl",    "tla",   "td",    "tda",
-                               "tu", "tua", "CORN1", "CORN2", "CORN3", "CORN4"};
-  QStringList on;
-  for (int i = 0; i < 12; ++i) {
-    if (*KeysOf(settings.scan)[i]) on << names[i];
-  }
-  return on.join(' ');
-}
-
-/// A state in `mode`, `width` x `height`, direction `d` with CORN1, nothing shown or logged.
-struct Fixture {
-  test::TestServices ts;
-  app::AppState state;
-  explicit Fixture(M mode = M::Monochrome, D d = D::tr, int width = 128, int height = 64,
-                   bool nomat = false) {
-    ApplyModeFlags(state.settings.pixel, Info(mode).flags);
-    for (int i = 0; i < 8; ++i) *KeysOf(state.settings.scan)[i] = i == static_cast<int>(d);
-    state.settings.display.GWI = width;
-    state.settings.display.GHI = height;
-    state.settings.display.NOMAT = nomat;
-    state.log.Clear();
-  }
-  bool Select(D d) { return SelectScanDirection(state, ts.services, d); }
-};
 
 TEST(SelectScanDirection, SetsOneDirectionItsCornerAndItsLogLine) {
   const std::tuple<D, const char*, const char*> rows[] = {
@@ -156,12 +114,12 @@ TEST(SelectOriginCorner, SetsOneCornerLogsItsTextAndStaysWhileAFontIsDefined) {
   for (int i = 0; i < 4; ++i) {
     Fixture f;
     const auto corner = static_cast<OriginCorner>(i);
-    SelectOriginCorner(f.state, corner);
+    SelectOriginCorner(f.state.settings, f.messenger, corner);
     EXPECT_EQ(ScanKeys(f.state.settings), QStringLiteral("tr CORN%1").arg(i + 1));
     EXPECT_EQ(CurrentOriginCorner(f.state.settings), corner);
     EXPECT_EQ(f.state.log.Lines(), QStringList{texts[i]});
     // A running font definition keeps the corner.
-    EXPECT_TRUE(SelectScanDirection(f.state, f.ts.services, D::tu, CornerRule::KeepCorner));
+    EXPECT_TRUE(SelectScanDirection(f.state.settings, f.messenger, D::tu, CornerRule::KeepCorner));
     EXPECT_EQ(ScanKeys(f.state.settings), QStringLiteral("tu CORN%1").arg(i + 1));
   }
 }
@@ -207,7 +165,7 @@ TEST(SelectByteWidth, SixBitsOnlyInMonochromeWithAHorizontalDirection) {
   for (const auto& [mode, direction, eightBits, allowed] : rows) {
     Fixture f(mode, direction);
     f.state.settings.pixel.bw8 = !eightBits;
-    EXPECT_EQ(SelectByteWidth(f.state, f.ts.services, eightBits), allowed);
+    EXPECT_EQ(SelectByteWidth(f.state.settings, f.messenger, eightBits), allowed);
     EXPECT_EQ(f.state.settings.pixel.bw8, allowed ? eightBits : true);
     const char* line = eightBits ? "8 bit format enabled" : "6 bit format enabled";
     const char* refusal = "Operation allowed in monochrome mode only !";
@@ -215,24 +173,11 @@ TEST(SelectByteWidth, SixBitsOnlyInMonochromeWithAHorizontalDirection) {
     EXPECT_EQ(f.ts.dialogs.Texts(), allowed ? QStringList{} : QStringList{refusal});
   }
   Fixture f;
-  SelectBitOrder(f.state, false);
+  SelectBitOrder(f.state.settings, f.messenger, false);
   EXPECT_TRUE(LittleEndianBits(f.state.settings) && !BigEndianBits(f.state.settings));
-  SelectBitOrder(f.state, true);
+  SelectBitOrder(f.state.settings, f.messenger, true);
   EXPECT_TRUE(f.state.settings.scan.MSBF && BigEndianBits(f.state.settings));
   EXPECT_EQ(f.state.log.Lines(), (QStringList{"MSB last", "MSB first"}));
-}
-
-TEST(DisplaySize, SetsTheKeysAndTheCanvasWithAtLeastOnePixel) {
-  Fixture f;
-  SetDisplaySize(f.state, 0, -5);
-  EXPECT_EQ(QSize(f.state.settings.display.GWI, f.state.settings.display.GHI), QSize(1, 1));
-  EXPECT_EQ(f.state.canvas.Width(), 1);
-  f.state.settings.display.USmat = f.state.settings.display.UMATB = true;
-  SelectPresetSize(f.state, QSize(480, 272));
-  EXPECT_EQ(QSize(f.state.canvas.Width(), f.state.canvas.Height()), QSize(480, 272));
-  EXPECT_FALSE(f.state.settings.display.USmat || f.state.settings.display.UMATB);
-  // The largest preset is the largest size the user may type.
-  EXPECT_EQ(PresetSizes().back(), QSize(kMaxUserWidth, kMaxUserHeight));
 }
 
 TEST(CustomSizes, FillFreeSlotsKeepDuplicatesAndOverwriteTheLastWhenFull) {
@@ -272,8 +217,8 @@ TEST(UserSizeTyping, StoresCutsOrRestoresAndWarnsOnlyOverTheLimit) {
     display.MATW = 128;
     const QString text = QString::fromLatin1(typed);
     const bool height = edit == 'H';
-    const TypedSize result = height ? LCDmatrixHeightEditChange(f.state, f.ts.services, text)
-                                    : LCDmatrixWidthEditChange(f.state, f.ts.services, text);
+    const TypedSize result = height ? LCDmatrixHeightEditChange(f.state.settings, f.messenger, text)
+                                    : LCDmatrixWidthEditChange(f.state.settings, f.messenger, text);
     EXPECT_EQ(height ? display.MATH : display.MATW, stored);
     // The edit keeps a whole number it took, else shows the stored value.
     const bool taken = text.toInt() > 0 && !beep;
@@ -283,68 +228,6 @@ TEST(UserSizeTyping, StoresCutsOrRestoresAndWarnsOnlyOverTheLimit) {
     EXPECT_EQ(f.ts.dialogs.Texts(), warns ? QStringList{message} : QStringList{});
     for (const auto& shown : f.ts.dialogs.shown) EXPECT_EQ(shown.type, DialogType::Error);
     EXPECT_EQ(display.GHI, 64) << "typing alone never changes the display";
-  }
-}
-
-TEST(UserSizeConfirm, SetsTheSizeRemembersItAndOffersTheOtherScheme) {
-  const QString ok = " User Dot Matrix Size has been defined ! ";
-  const QString toV = QStringLiteral(
-      "Dot matrix size not compatible with horizontal paging scheme !\rDo you want to change "
-      "paging scheme orientation to vertical ?");
-  const QString toH = QStringLiteral(
-      "Dot matrix size not compatible with vertical paging scheme !\rDo you want to change paging "
-      "scheme orientation to horizontal ?");
-  // A Yes to the switch still meets the direction's own check: td refuses height 60. The fit is
-  // judged by its own pixels per byte: 8 colours count 2, 32 gray 4.
-  const std::tuple<M, D, int, int, int, QStringList, const char*> rows[] = {
-      {M::Monochrome, D::tr, 100, 64, Answer::Yes, {ok, toV}, "td CORN1"},
-      {M::Monochrome, D::tr, 100, 64, Answer::No, {ok, toV}, "tr CORN1"},
-      {M::Monochrome, D::tu, 128, 30, Answer::Yes, {ok, toH}, "tr CORN1"},
-      {M::Monochrome, D::tr, 100, 60, Answer::Yes, {ok, toV, kHorizontalError}, "tr CORN1"},
-      {M::Colors8, D::tr, 100, 64, Answer::No, {ok}, "tr CORN1"},
-      {M::Colors8, D::tr, 101, 64, Answer::No, {ok, toV}, "tr CORN1"},
-      {M::Gray32Packed, D::tr, 130, 64, Answer::No, {ok, toV}, "tr CORN1"},
-      {M::Gray32Packed, D::tr, 132, 64, Answer::No, {ok}, "tr CORN1"},
-      {M::Gray16Horizontal, D::tr, 101, 64, Answer::No, {ok, toV}, "tr CORN1"},
-      {M::Colors256, D::tr, 101, 64, Answer::No, {ok}, "tr CORN1"}};
-  for (const auto& [mode, direction, width, height, answer, texts, keys] : rows) {
-    SCOPED_TRACE(testing::Message()
-                 << PixelModeName(mode).toStdString() << " " << width << "x" << height);
-    Fixture f(mode, direction);
-    f.ts.dialogs.Answer(Answer::Ok);
-    f.ts.dialogs.Answer(answer);
-    DisplaySettings& display = f.state.settings.display;
-    display.MATW = width;
-    display.MATH = height;
-    ASSERT_TRUE(LCDmatrixSizeUserDefinedClick(f.state, f.ts.services));
-
-    EXPECT_EQ(f.ts.dialogs.Texts(), texts);
-    const char* const captions[] = {"Information", "Warning", "Error"};
-    for (int i = 0; i < texts.size(); ++i) EXPECT_EQ(f.ts.dialogs.shown[i].caption, captions[i]);
-    EXPECT_EQ(ScanKeys(f.state.settings), keys);
-    EXPECT_EQ(QSize(display.GWI, display.GHI), QSize(width, height));
-    EXPECT_EQ(f.state.canvas.Width(), width);
-    EXPECT_TRUE(display.USmat && display.UMATB);
-    EXPECT_EQ(f.state.settings.customSizes[0], QSize(width, height));
-    const QStringList& log = f.state.log.Lines();
-    const qsizetype at = log.indexOf(QStringLiteral("H:=%1 W:=%2").arg(height).arg(width));
-    ASSERT_GE(at, 0);
-    EXPECT_EQ(log.value(at + 1), "Dot matrix size = User defined");
-  }
-}
-
-TEST(UserSizeConfirm, NoTypedSizeIsReportedAsAFaultAndChangesNothing) {
-  for (const QSize typed : {QSize(0, 64), QSize(128, 0)}) {
-    Fixture f;
-    f.state.settings.display.MATW = typed.width();
-    f.state.settings.display.MATH = typed.height();
-    EXPECT_FALSE(LCDmatrixSizeUserDefinedClick(f.state, f.ts.services));
-    EXPECT_EQ(f.ts.dialogs.Texts(), QStringList{"User Size Define Error !"});
-    EXPECT_EQ(f.ts.dialogs.shown[0].caption, "Error");
-    EXPECT_TRUE(f.state.log.Lines().contains("User Size Define Error"));
-    EXPECT_EQ(f.state.settings.display.GWI, 128);
-    EXPECT_FALSE(f.state.settings.display.USmat);
-    EXPECT_TRUE(CustomSizeCaptions(f.state.settings).isEmpty());
   }
 }
 
@@ -358,12 +241,12 @@ TEST(PageButtonClick, RefusesAnAreaOffThePageGrid) {
       " Area does not fit in the paging scheme! Please select again with displayed paging grid ! ");
   for (const auto& [mode, direction, x1, y1, x2, y2, fits] : rows) {
     Fixture f(mode, direction);
-    EXPECT_EQ(PageButtonClick(f.state, f.ts.services, x1, y1, x2, y2), fits);
+    EXPECT_EQ(PageButtonClick(f.state.settings, f.messenger, x1, y1, x2, y2), fits);
     EXPECT_EQ(f.ts.dialogs.Texts(), fits ? QStringList{} : QStringList{refusal});
     for (const auto& shown : f.ts.dialogs.shown) EXPECT_EQ(shown.caption, "Error !");
   }
   Fixture nomat(M::Monochrome, D::tr, 128, 64, true);
-  EXPECT_TRUE(PageButtonClick(nomat.state, nomat.ts.services, 3, 0, 21, 10));
+  EXPECT_TRUE(PageButtonClick(nomat.state.settings, nomat.messenger, 3, 0, 21, 10));
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <QFileInfo>
 
 #include "app/messages.h"
+#include "app/pixel_mode_commands.h"
 #include "convert/header_template.h"
 #include "platform/clock.h"
 #include "platform/dialogs.h"
@@ -26,8 +27,7 @@ const QString kTransferFolder = QStringLiteral("Vantorelle inits xfer");
 const QString kInitInUse = QStringLiteral(" Init file is opened by another application ! ");
 const QString kInitInUseAtSave =
     QStringLiteral(" Init file is opened by another application or was deleted ! ");
-const QString kSettingsInUse =
-    QStringLiteral(" Settings file is opened by another application ! ");
+const QString kSettingsInUse = QStringLiteral(" Settings file is opened by another application ! ");
 const QString kErrorTitle = QStringLiteral("Error");
 
 QString Join(const QString& folder, const QString& name) {
@@ -41,8 +41,8 @@ void ShowError(AppState& state, Services& services, const QString& text) {
 void MakeWritable(const QString& path) {
   QFileInfo info(path);
   if (info.exists() && !info.isWritable()) {
-    QFile::setPermissions(path, QFile::permissions(path) | QFileDevice::WriteOwner |
-                                    QFileDevice::WriteUser);
+    QFile::setPermissions(
+        path, QFile::permissions(path) | QFileDevice::WriteOwner | QFileDevice::WriteUser);
   }
 }
 
@@ -173,8 +173,8 @@ void LoadFolders(AppState& state, Services& services) {
                 {QStringLiteral("*.TSC"), QStringLiteral("*.tsc"), QStringLiteral("*.BTSC"),
                  QStringLiteral("*.btsc")},
                 folders.tfp1);
-  ImportSamples(samples, {QStringLiteral("*.EFF"), QStringLiteral("*.eff"),
-                          QStringLiteral("*.gif")},
+  ImportSamples(samples,
+                {QStringLiteral("*.EFF"), QStringLiteral("*.eff"), QStringLiteral("*.gif")},
                 folders.FontFP);
   ImportSamples(samples, {QStringLiteral("wallpaper.jpg")}, initFolder);
 }
@@ -214,10 +214,11 @@ bool LoadConfigurationX(AppState& state, Services& services) {
     }
     // A new settings file gets the five default header templates beside it; templates the user
     // already has there are kept.
+    AppMessenger messenger(state, services.dialogs);
     for (convert::HeaderKind kind :
          {convert::HeaderKind::Graphics, convert::HeaderKind::Raw, convert::HeaderKind::Struct,
           convert::HeaderKind::Dmd, convert::HeaderKind::Bloc}) {
-      convert::WriteDefaultHeaderFile(path, kind, false, state.log);
+      convert::WriteDefaultHeaderFile(path, kind, false, messenger);
     }
   }
   if (!missing) {
@@ -239,7 +240,7 @@ bool LoadConfigurationX(AppState& state, Services& services) {
   state.canvas.Resize(state.settings.display.GWI, state.settings.display.GHI);
   // The stored mode is selected again with all its steps, as if the user chose it.
   state.modes.SettingsLoadInProgress = true;
-  settings::ReselectStoredPixelMode(state, services);
+  ReselectStoredPixelMode(state, services);
   state.modes.SettingsLoadInProgress = false;
   return true;
 }
@@ -256,8 +257,8 @@ bool SaveConfigurationX(AppState& state, Services& services) {
   settings::IniDocument doc;
   QFile file(path);
   if (file.open(QIODevice::ReadOnly)) {
-    if (auto parsed = settings::IniDocument::Parse(
-            file.read(settings::IniDocument::kMaxBytes + 1), path)) {
+    if (auto parsed =
+            settings::IniDocument::Parse(file.read(settings::IniDocument::kMaxBytes + 1), path)) {
       doc = std::move(parsed).value();
     }
     file.close();
@@ -297,11 +298,11 @@ bool RestoreDefaultSettings1Click(AppState& state, Services& services) {
       return false;
     }
     const QDateTime now = services.clock.Now();
-    const QString backup = Join(
-        services.folders.Documents(),
-        QStringLiteral("Vantorelle inits") + QStringLiteral(VT_VERSION_SUFFIX) +
-            QLatin1Char(' ') + now.toString(QStringLiteral("dd-MM-yy")) + QLatin1Char(' ') +
-            now.toString(QStringLiteral("hh-mm-ss")));
+    const QString backup =
+        Join(services.folders.Documents(),
+             QStringLiteral("Vantorelle inits") + QStringLiteral(VT_VERSION_SUFFIX) +
+                 QLatin1Char(' ') + now.toString(QStringLiteral("dd-MM-yy")) + QLatin1Char(' ') +
+                 now.toString(QStringLiteral("hh-mm-ss")));
     CopyFolder(QFileInfo(path).absolutePath(), backup);
   }
   const QString initFile = InitFolderPath(services.folders) + kInitFileName;

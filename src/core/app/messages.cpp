@@ -135,4 +135,20 @@ int MyMessageDialog(AppState& state, platform::Dialogs& dialogs, const QString& 
   return answer;
 }
 
+int AppMessenger::MessageDlgA(const QString& text, const QString& caption, int helpContext,
+                              int buttons, DialogType type) {
+  return app::MessageDlgA(state_, dialogs_, text, caption, helpContext, buttons, type);
+}
+
+int AppMessenger::MyMessageDialog(const QString& text, DialogType type, int lastCaptionIndex,
+                                  const QStringList& captions, int buttons, const QString& title) {
+  return app::MyMessageDialog(state_, dialogs_, text, type, lastCaptionIndex, captions, buttons,
+                              title);
+}
+
+void AppMessenger::StatusBarAndLog(const QString& text) { state_.log.StatusBarAndLog(text); }
+void AppMessenger::AppendLog(const QString& line) { state_.log.Append(line); }
+void AppMessenger::SetLaction(const QString& action) { state_.log.Laction = action; }
+void AppMessenger::HandledExcept(const QString& shortText) { state_.log.HandledExcept(shortText); }
+
 }  // namespace vt::app

@@ -5,6 +5,7 @@
 #include <QStringList>
 
 #include "platform/dialogs.h"
+#include "platform/messenger.h"
 
 namespace vt::app {
 
@@ -28,5 +29,26 @@ int MessageDlgA(AppState& state, platform::Dialogs& dialogs, const QString& text
 int MyMessageDialog(AppState& state, platform::Dialogs& dialogs, const QString& text,
                     platform::DialogType type, int lastCaptionIndex, const QStringList& captions,
                     int buttons, const QString& title = QString());
+
+/// The messenger of the lower layers over the application state: messages go through
+/// MessageDlgA and MyMessageDialog above, log lines to `state.log`. It refers to both; it lives
+/// no longer than the command that made it.
+class AppMessenger final : public platform::Messenger {
+ public:
+  AppMessenger(AppState& state, platform::Dialogs& dialogs) : state_(state), dialogs_(dialogs) {}
+
+  int MessageDlgA(const QString& text, const QString& caption, int helpContext, int buttons,
+                  platform::DialogType type) override;
+  int MyMessageDialog(const QString& text, platform::DialogType type, int lastCaptionIndex,
+                      const QStringList& captions, int buttons, const QString& title) override;
+  void StatusBarAndLog(const QString& text) override;
+  void AppendLog(const QString& line) override;
+  void SetLaction(const QString& action) override;
+  void HandledExcept(const QString& shortText) override;
+
+ private:
+  AppState& state_;
+  platform::Dialogs& dialogs_;
+};
 
 }  // namespace vt::app

@@ -21,14 +21,14 @@ struct ModeFlags {
   bool ArtworkSaved = true;
   bool ArtworkFresh = true;
   bool QuitInProgress = false;
-  bool ConsoleMode = false;  ///< no windows: dialogs answer by themselves (headless runs)
+  bool ConsoleMode = false;   ///< no windows: dialogs answer by themselves (headless runs)
   bool ExitOnRepeat = false;  ///< console: the same message twice in a row ends the run
-  bool QuitNoSave = false;  ///< the next quit routine asks nothing ("No Saves")
+  bool QuitNoSave = false;    ///< the next quit routine asks nothing ("No Saves")
   bool NoSaveOnQuit = false;  ///< the stop saves neither folders nor log
   bool SettingsLoadInProgress = false;  ///< mode selectors skip their "already active" exit
-  bool ModeChangeDisabled = false;  ///< the pixel mode commands are greyed (DisableModeChange)
-  bool VectorLoadFile = false;      ///< "Load File" inside Vector Design: the load goes ahead
-  bool ExportRunning = false;       ///< an export writes the editor: its tab name stays
+  bool ModeChangeDisabled = false;      ///< the pixel mode commands are greyed (DisableModeChange)
+  bool VectorLoadFile = false;          ///< "Load File" inside Vector Design: the load goes ahead
+  bool ExportRunning = false;           ///< an export writes the editor: its tab name stays
 };
 
 }  // namespace vt::app

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "app/modes.h"
 
+#include "app/canvas_commands.h"
 #include "app/messages.h"
 #include "app/state.h"
-#include "canvas/canvas_commands.h"
 
 namespace vt::app {
 namespace {
@@ -31,7 +31,7 @@ constexpr ModeInfo kModes[] = {
 
 /// The order in which QuitModeButtonClick looks for the active mode.
 constexpr SpecialMode kQuitOrder[] = {
-    SpecialMode::BatchEdition, SpecialMode::FontScript, SpecialMode::Fields,
+    SpecialMode::BatchEdition, SpecialMode::FontScript,   SpecialMode::Fields,
     SpecialMode::TouchPanel,   SpecialMode::EditableFont, SpecialMode::HeaderEdit,
     SpecialMode::Animation,    SpecialMode::VectorDesign,
 };
@@ -84,8 +84,8 @@ QList<GateRow> GateRows() {
       "Vectors Work Canvas mode is active ! \rQuit Vectors Mode , Load File or Cancel ",
       Captions({"Quit Vectors", "Cancel", "Load File"}), ThirdButton::LoadFile};
   // Rows 4 to 6 come twice: the second pass is the plain form of the same questions.
-  return {animation, programming, touch, font, segmented, editable, vectors,
-          font,      segmented,   editable, vectorsLoad};
+  return {animation, programming, touch,     font,     segmented,  editable,
+          vectors,   font,        segmented, editable, vectorsLoad};
 }
 
 int ButtonSetFor(const QStringList& captions) {
@@ -119,14 +119,22 @@ const ModeInfo& Info(SpecialMode mode) { return kModes[static_cast<int>(mode)]; 
 
 bool& ModeFlag(ModeFlags& flags, SpecialMode mode) {
   switch (mode) {
-    case SpecialMode::VectorDesign: return flags.VectorModeActive;
-    case SpecialMode::FontScript: return flags.FontScriptActive;
-    case SpecialMode::EditableFont: return flags.EditableFontActive;
-    case SpecialMode::TouchPanel: return flags.TouchScriptActive;
-    case SpecialMode::Fields: return flags.FieldsScriptActive;
-    case SpecialMode::Animation: return flags.AnimationActive;
-    case SpecialMode::HeaderEdit: return flags.HeaderEditActive;
-    case SpecialMode::BatchEdition: return flags.BatchEditActive;
+    case SpecialMode::VectorDesign:
+      return flags.VectorModeActive;
+    case SpecialMode::FontScript:
+      return flags.FontScriptActive;
+    case SpecialMode::EditableFont:
+      return flags.EditableFontActive;
+    case SpecialMode::TouchPanel:
+      return flags.TouchScriptActive;
+    case SpecialMode::Fields:
+      return flags.FieldsScriptActive;
+    case SpecialMode::Animation:
+      return flags.AnimationActive;
+    case SpecialMode::HeaderEdit:
+      return flags.HeaderEditActive;
+    case SpecialMode::BatchEdition:
+      return flags.BatchEditActive;
   }
   return flags.SpecialModeActive;
 }
@@ -235,18 +243,19 @@ bool ResetAndCheckColorMode(AppState& state, Services& services) {
   };
   for (const auto& row : rows) {
     if (!(state.modes.*row.flag)) continue;
-    const int answer = Ask(state, services, QString::fromLatin1(row.text), Captions({"OK", "Quit Mode"}));
+    const int answer =
+        Ask(state, services, QString::fromLatin1(row.text), Captions({"OK", "Quit Mode"}));
     if (answer != Answer::Cancel) return true;  // "OK", or the box closed
     QuitModeButtonClick(state, services);
     return false;
   }
   if (SelectionPending(state)) {
-    const int answer = Ask(
-        state, services,
-        QStringLiteral(" Floating Selection layer has not been pasted to Work Canvas !\r Paste "
-                       "now, Discard selection or Cancel ? "),
-        Captions({"No Action", "Discard", "Cancel"}));
-    if (answer == Answer::Cancel) canvas::EscapeSelection(state);  // "Discard"
+    const int answer =
+        Ask(state, services,
+            QStringLiteral(" Floating Selection layer has not been pasted to Work Canvas !\r Paste "
+                           "now, Discard selection or Cancel ? "),
+            Captions({"No Action", "Discard", "Cancel"}));
+    if (answer == Answer::Cancel) EscapeSelection(state);  // "Discard"
     return true;
   }
   return false;

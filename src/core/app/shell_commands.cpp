@@ -6,6 +6,7 @@
 #include "app/messages.h"
 #include "app/modes.h"
 #include "app/output_naming.h"
+#include "app/pixel_mode_commands.h"
 #include "app/state.h"
 #include "convert/output_width.h"
 
@@ -17,10 +18,10 @@ constexpr int kShownRecentFiles = 20;
 }  // namespace
 
 bool PixelModeMenuClick(AppState& state, Services& services, settings::PixelMode mode) {
-  settings::PixelModeGate gate;
+  PixelModeGate gate;
   gate.editorForbidsChange = [](AppState& s, Services& sv) { return CheckMode(s, sv, 0); };
   gate.keepColorMode = [](AppState& s, Services& sv) { return ResetAndCheckColorMode(s, sv); };
-  return settings::SelectPixelMode(state, services, mode, gate);
+  return SelectPixelMode(state, services, mode, gate);
 }
 
 convert::WordWidthChoice CurrentOutputWidth(const settings::OutputWidthSettings& w) {
@@ -34,14 +35,19 @@ convert::WordWidthChoice CurrentOutputWidth(const settings::OutputWidthSettings&
 
 bool SelectOutputWidth(AppState& state, Services& services, convert::WordWidthChoice width) {
   if (state.modes.FontScriptActive) {
-    MessageDlgA(state, services.dialogs,
-                QStringLiteral(
-                    "Please exit current Font Creation before changing then Output format !"),
-                QStringLiteral("Warning"), 0, platform::Buttons::Ok, platform::DialogType::Warning);
+    MessageDlgA(
+        state, services.dialogs,
+        QStringLiteral("Please exit current Font Creation before changing then Output format !"),
+        QStringLiteral("Warning"), 0, platform::Buttons::Ok, platform::DialogType::Warning);
     return false;
   }
-  convert::SelectOutputWidth(state, width);
+  SetOutputWidth(state, width);
   return true;
+}
+
+void SetOutputWidth(AppState& state, convert::WordWidthChoice width) {
+  convert::ApplyWordWidth(state.settings.width, width);
+  defineOutputFileName(state);
 }
 
 void AddMRUF(AppState& state, const QString& path) {
@@ -95,13 +101,18 @@ RecentFileAction RecentFileActionFor(const QString& path, const QString& fexts) 
 
 QStringList FileListCaptions(RibbonPage page) {
   switch (page) {
-    case RibbonPage::GlcdVectors: return {QStringLiteral("All Vector Scripts >")};
+    case RibbonPage::GlcdVectors:
+      return {QStringLiteral("All Vector Scripts >")};
     case RibbonPage::GlcdFonts:
       return {QStringLiteral("All Font Scripts >"), QStringLiteral("< Editable Scripts")};
-    case RibbonPage::GlcdTouch: return {QStringLiteral("All Touch Scripts >")};
-    case RibbonPage::TextHexEditors: return {QStringLiteral("All Source Code >")};
-    case RibbonPage::BatchProcessing: return {QStringLiteral("All Batch Scripts >")};
-    default: return {QStringLiteral("Recent Files >")};
+    case RibbonPage::GlcdTouch:
+      return {QStringLiteral("All Touch Scripts >")};
+    case RibbonPage::TextHexEditors:
+      return {QStringLiteral("All Source Code >")};
+    case RibbonPage::BatchProcessing:
+      return {QStringLiteral("All Batch Scripts >")};
+    default:
+      return {QStringLiteral("Recent Files >")};
   }
 }
 

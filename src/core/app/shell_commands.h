@@ -7,7 +7,7 @@
 #include <QString>
 #include <QStringList>
 
-#include "convert/export_driver.h"
+#include "convert/output_width.h"
 #include "settings/pixel_modes.h"
 
 namespace vt::app {
@@ -25,6 +25,9 @@ bool PixelModeMenuClick(AppState& state, Services& services, settings::PixelMode
 /// follow (UpdateOutputFilename). Refused during font creation with "Please exit current Font
 /// Creation before changing then Output format !" ("Warning"). True when the width was set.
 bool SelectOutputWidth(AppState& state, Services& services, convert::WordWidthChoice width);
+/// The width keys of `width` (ApplyWordWidth), then the output names follow the new target
+/// (".bin", ".hex" or the source extension). No checks: the command is SelectOutputWidth.
+void SetOutputWidth(AppState& state, convert::WordWidthChoice width);
 /// The width the keys hold: Binary with DHec, IntelHex with DIHec, else the word bits.
 convert::WordWidthChoice CurrentOutputWidth(const settings::OutputWidthSettings& width);
 
@@ -40,13 +43,28 @@ QStringList UpdateMRUFs(const AppState& state);
 QString MRUFPath(const QString& item);
 
 /// What opening a recent file does, by its extension in upper case.
-enum class RecentFileAction { LoadHex, LoadSource, OpenPicture, OpenEditableFont, LoadScript, None };
+enum class RecentFileAction {
+  LoadHex,
+  LoadSource,
+  OpenPicture,
+  OpenEditableFont,
+  LoadScript,
+  None
+};
 RecentFileAction RecentFileActionFor(const QString& path, const QString& fexts);
 
 /// The ribbon pages, in order.
 enum class RibbonPage {
-  Windows, GlcdGraphic, TextHexEditors, GlcdVectors, GlcdFonts, GlcdTouch, BatchProcessing,
-  Animation, Connectivity, ColorPalette,
+  Windows,
+  GlcdGraphic,
+  TextHexEditors,
+  GlcdVectors,
+  GlcdFonts,
+  GlcdTouch,
+  BatchProcessing,
+  Animation,
+  Connectivity,
+  ColorPalette,
 };
 /// ToolBarPagerChange: the caption of the shared file list for the page shown ("Recent Files >"
 /// on the pages without files of their own; the fonts page has a second, "< Editable Scripts").

@@ -5,10 +5,10 @@
 #include <QFileInfo>
 #include <QLockFile>
 
+#include "app/canvas_commands.h"
 #include "app/configuration.h"
 #include "app/messages.h"
 #include "app/output_naming.h"
-#include "canvas/canvas_commands.h"
 
 namespace vt::app {
 namespace {
@@ -17,7 +17,8 @@ namespace Answer = platform::Answer;
 using platform::DialogType;
 namespace Buttons = platform::Buttons;
 
-const QString kArtworkNotSaved = QStringLiteral(" Quit Vantorelle ? \r Artwork has not been saved ! ");
+const QString kArtworkNotSaved =
+    QStringLiteral(" Quit Vantorelle ? \r Artwork has not been saved ! ");
 
 /// " Quit Vantorelle ? \r Artwork has not been saved ! " with "Save+Quit", "Cancel", "Quit".
 /// True when the quit goes on; "Save+Quit" saves first.
@@ -144,9 +145,9 @@ bool FileExit1Execute(AppState& state, Services& services) {
   if (SelectionPending(state)) {
     const int answer = MessageDlgA(
         state, services.dialogs,
-        QStringLiteral(" Selection Layer has not been pasted ! \r Discard Selection ? "),
-        QString(), 0, Buttons::Ok | Buttons::Cancel, DialogType::Confirmation);
-    if (answer != Answer::Cancel) canvas::EscapeSelection(state);
+        QStringLiteral(" Selection Layer has not been pasted ! \r Discard Selection ? "), QString(),
+        0, Buttons::Ok | Buttons::Cancel, DialogType::Confirmation);
+    if (answer != Answer::Cancel) EscapeSelection(state);
     return false;
   }
   return PMSys_Quitter(state, services);

@@ -27,10 +27,10 @@ class SingleInstance {
 
 /// The forms created at start, in their order, each announced by its breadcrumb.
 inline constexpr const char* kFormCreationSteps[] = {
-    "Create Export To Data Form", "Create Grids Form",     "Create Image Form",
-    "Create Adjustments Form",    "Create Pixel Form",     "Create Welcome Form",
+    "Create Export To Data Form", "Create Grids Form",      "Create Image Form",
+    "Create Adjustments Form",    "Create Pixel Form",      "Create Welcome Form",
     "Create LogWin Form",         "Create Exploform2 Form", "Create Exploform Form",
-    "Create SplashScreen",        "Create About Box",      "Create Presentation Form",
+    "Create SplashScreen",        "Create About Box",       "Create Presentation Form",
 };
 
 /// The start of the main form (FormCreate): breadcrumbs and start phases, the single instance

@@ -3,15 +3,15 @@
 
 #include <QString>
 
-#include "platform/hex_buffer.h"
 #include "app/log.h"
 #include "app/mode_flags.h"
 #include "app/modes.h"
-#include "platform/text_buffer.h"
 #include "canvas/palettes.h"
 #include "canvas/threshold.h"
 #include "canvas/work_canvas.h"
 #include "convert/reorder.h"
+#include "platform/hex_buffer.h"
+#include "platform/text_buffer.h"
 #include "settings/settings.h"
 
 namespace vt::platform {
@@ -47,8 +47,8 @@ struct AppState {
   convert::ReorderGrid reorder;  ///< the "Data Bits Rearrangement" table
   FileNames files;
   Log log;
-  platform::TextBuffer text;                ///< the text editor's current document
-  platform::HexBuffer hex;                  ///< the hex editor's bytes (binary output)
+  platform::TextBuffer text;      ///< the text editor's current document
+  platform::HexBuffer hex;        ///< the hex editor's bytes (binary output)
   canvas::PaletteState palettes;  ///< the palettes of the current pixel mode
   int ModeChoice = 0;             ///< answer code of the last dialog
   QString LastMessageText;        ///< console mode: the previous message, to detect repeats

@@ -13,9 +13,8 @@
 #include <new>
 #include <vector>
 
-#include "app/messages.h"
-#include "app/state.h"
 #include "canvas/palette_files.h"
+#include "platform/messenger.h"
 #include "util/atomic_write.h"
 
 namespace vt::canvas {
@@ -26,11 +25,6 @@ using settings::PixelMode;
 namespace Buttons = platform::Buttons;
 
 const QString kPaletteError = QStringLiteral("Color Palette Error");
-
-void Tell(app::AppState& state, app::Services& services, const QString& text,
-          const QString& caption, DialogType type) {
-  app::MessageDlgA(state, services.dialogs, text, caption, 0, Buttons::Ok, type);
-}
 
 bool HasNoConversion(PixelMode mode) { return PaletteInfoOf(mode).entries == 0; }
 
@@ -214,21 +208,19 @@ QString DefaultPaletteFile(const QString& settingsFile, PixelMode mode) {
          QLatin1String(info.defaultFile);
 }
 
-bool LoadModePalette(app::AppState& state, app::Services& services, bool force) {
-  PaletteState& p = state.palettes;
-  const PixelMode mode = ModeOf(state.settings);
-  if (!force && p.loadedMode == mode && p.loadedSettingsFile == state.files.SettingsFile) {
-    return true;
-  }
+bool LoadModePalette(const settings::Settings& settings, const QString& settingsFile,
+                     PaletteState& p, platform::Messenger& messenger, bool force) {
+  const PixelMode mode = ModeOf(settings);
+  if (!force && p.loadedMode == mode && p.loadedSettingsFile == settingsFile) return true;
   const PaletteInfo info = PaletteInfoOf(mode);
   p.loadedMode = mode;
-  p.loadedSettingsFile = state.files.SettingsFile;
-  Result<Loaded> loaded = ReadModePalette(state.files.SettingsFile, mode);
+  p.loadedSettingsFile = settingsFile;
+  Result<Loaded> loaded = ReadModePalette(settingsFile, mode);
   if (!loaded) {
-    state.log.StatusBarAndLog(QStringLiteral("12 bit Palette corrupted !"));
-    state.log.Append(loaded.error().ToString());
-    Tell(state, services, QStringLiteral(" 12 bit palette file seem to be corrupted ! "),
-         kPaletteError, DialogType::Error);
+    messenger.StatusBarAndLog(QStringLiteral("12 bit Palette corrupted !"));
+    messenger.AppendLog(loaded.error().ToString());
+    messenger.MessageDlgA(QStringLiteral(" 12 bit palette file seem to be corrupted ! "),
+                          kPaletteError, 0, Buttons::Ok, DialogType::Error);
     if (int(p.Colors().size()) != info.entries) Install(p, mode, DefaultPalette(mode));
     return false;
   }
@@ -236,33 +228,8 @@ bool LoadModePalette(app::AppState& state, app::Services& services, bool force) 
   p.custom = loaded.value().custom;
   p.caption = p.custom ? QStringLiteral("Current Palette is Custom")
                        : QStringLiteral("Current Palette is Default");
-  if (info.entries > 0) state.log.StatusBarAndLog(loaded.value().text);
+  if (info.entries > 0) messenger.StatusBarAndLog(loaded.value().text);
   return true;
-}
-
-Result<bool> LoadCustomColorPalette(app::AppState& state, app::Services& services,
-                                    const QString& path) {
-  const PixelMode mode = ModeOf(state.settings);
-  const QString target = CustomPaletteFile(state.files.SettingsFile, mode);
-  if (target.isEmpty()) {
-    return Error{Error::Kind::Refused, path, 0, 0,
-                 QStringLiteral("the current pixel mode takes no custom palette")};
-  }
-  Result<Palette> read = ReadPaletteFile(path, PaletteInfoOf(mode).entries);
-  if (!read) return read.error();
-  if (Result<bool> written = WritePaletteFile(target, read.value()); !written) return written;
-  LoadModePalette(state, services, /*force=*/true);
-  return true;
-}
-
-Result<bool> ExportPaletteToText(app::AppState& state, app::Services& services,
-                                 const QString& path) {
-  LoadModePalette(state, services);
-  if (state.palettes.Colors().empty()) {
-    return Error{Error::Kind::Refused, path, 0, 0,
-                 QStringLiteral("the current pixel mode has no palette")};
-  }
-  return WritePaletteFile(path, state.palettes.Colors());
 }
 
 ConversionStatus ConvertToNearestColor(QImage& image, PaletteState& palettes, PixelMode mode,
@@ -455,68 +422,6 @@ Result<bool> ConvertPictureFileToColors(const QString& inPath, const QString& ou
     }
   }
   return WriteFileAtomically(outPath, bytes);
-}
-
-// ---- Canvas commands ------------------------------------------------------------------------
-
-namespace {
-void TellInterrupted(app::AppState& state, app::Services& services) {
-  Tell(state, services, QStringLiteral(" Processing interrupted by escape !"),
-       QStringLiteral("Information"), DialogType::Information);
-}
-}  // namespace
-
-void ConvertCanvasToNearestColor(app::AppState& state, app::Services& services) {
-  state.log.StatusBarAndLog(QStringLiteral("Processing Color Conversion ..."));
-  LoadModePalette(state, services);
-  const auto status = ConvertToNearestColor(state.canvas.EditBitmap(), state.palettes,
-                                            ModeOf(state.settings), services.escape);
-  state.canvas.CopyBitmapToCanvas();
-  if (status == ConversionStatus::Interrupted) TellInterrupted(state, services);
-}
-
-void ConvertCanvasToMyColor(app::AppState& state, app::Services& services) {
-  state.log.StatusBarAndLog(QStringLiteral("Processing Color Conversion to Color Palette ..."));
-  LoadModePalette(state, services);
-  QElapsedTimer timer;
-  timer.start();
-  const auto status = ConvertToMyColor(state.canvas.EditBitmap(), state.palettes,
-                                       ModeOf(state.settings), services.escape);
-  state.canvas.CopyBitmapToCanvas();
-  if (status == ConversionStatus::Interrupted) {
-    TellInterrupted(state, services);
-  } else if (status == ConversionStatus::Done) {
-    state.log.StatusBarAndLog(QStringLiteral("Colors Converted to Color Palette in  ") +
-                              QString::number(timer.elapsed() / 1000.0));
-  }
-}
-
-int CountColorsCommand(app::AppState& state, app::Services& services) {
-  const int n = state.canvas.CountColors();
-  state.log.StatusBarAndLog(QStringLiteral("Count Colors : ") + QString::number(n));
-  Tell(state, services, QStringLiteral("Number Of Colors :") + QString::number(n),
-       QStringLiteral("Count Colors"), DialogType::Information);
-  return n;
-}
-
-long long CheckColorsButtonClick(app::AppState& state, app::Services& services) {
-  const PixelMode mode = ModeOf(state.settings);
-  if (mode == PixelMode::Colors16M || mode == PixelMode::Colors16MPacked) {
-    Tell(state, services, QStringLiteral("24Bit colors Mode !"), QStringLiteral("Information"),
-         DialogType::Information);
-    return 0;
-  }
-  state.log.StatusBarAndLog(QStringLiteral("Test in progress..."));
-  state.log.StatusBarAndLog(QStringLiteral("Processing colors check ..."));
-  LoadModePalette(state, services);
-  const Palette palette =
-      settings::IsMonochromeMode(mode) ? Palette{kBlack, kWhite} : state.palettes.Colors();
-  const long long unknown = CountUnknownColors(state.canvas.Bitmap(), palette);
-  Tell(state, services,
-       unknown == 0 ? QStringLiteral("Test successful !")
-                    : QString::number(unknown) + QStringLiteral(" unknown color(s) found !"),
-       QStringLiteral("Information"), DialogType::Information);
-  return unknown;
 }
 
 }  // namespace vt::canvas

@@ -14,10 +14,9 @@
 #include "settings/pixel_modes.h"
 #include "util/error.h"
 
-namespace vt::app {
-struct AppState;
-struct Services;
-}  // namespace vt::app
+namespace vt::platform {
+class Messenger;
+}  // namespace vt::platform
 
 namespace vt::canvas {
 
@@ -30,24 +29,17 @@ QString CustomPaletteFile(const QString& settingsFile, settings::PixelMode mode)
 /// The default palette file of `mode` in the folder of `settingsFile`; empty when none.
 QString DefaultPaletteFile(const QString& settingsFile, settings::PixelMode mode);
 
-/// Loads the palette of the current mode into state.palettes unless it is loaded already for
-/// this mode and settings file. A large palette is the custom file when it exists ("Custom
-/// Color Palette loaded", "Current Palette is Custom"), else the default file when it exists,
-/// else the built-in default ("Default Color Palette Loaded", for 256 gray "Default Grayscale
-/// Color Palette Loaded", "Current Palette is Default"). A file with the wrong number of lines
-/// is refused with " 12 bit palette file seem to be corrupted ! " (title "Color Palette
-/// Error", log "12 bit Palette corrupted !"), a line that is no colour the same way; the
-/// previous palette then stays if it has the mode's size, else the built-in default is taken.
-/// Large palettes are sorted, and copied to SmallPalette. Returns false after a refusal.
-bool LoadModePalette(app::AppState& state, app::Services& services, bool force = false);
-
-/// "Load A Custom Color Palette": checks that `path` is a palette of the current mode's size,
-/// copies it to the custom file of the settings file and loads it.
-Result<bool> LoadCustomColorPalette(app::AppState& state, app::Services& services,
-                                    const QString& path);
-/// "Export RGB Palette to text file": the current mode's palette as a palette file.
-Result<bool> ExportPaletteToText(app::AppState& state, app::Services& services,
-                                 const QString& path);
+/// Loads the palette of the mode of `settings` into `palettes` unless it is loaded already for
+/// this mode and settings file. A large palette is the custom file beside `settingsFile` when
+/// it exists ("Custom Color Palette loaded", "Current Palette is Custom"), else the default
+/// file when it exists, else the built-in default ("Default Color Palette Loaded", for 256 gray
+/// "Default Grayscale Color Palette Loaded", "Current Palette is Default"). A file with the
+/// wrong number of lines is refused with " 12 bit palette file seem to be corrupted ! " (title
+/// "Color Palette Error", log "12 bit Palette corrupted !"), a line that is no colour the same
+/// way; the previous palette then stays if it has the mode's size, else the built-in default is
+/// taken. Large palettes are sorted, and copied to SmallPalette. Returns false after a refusal.
+bool LoadModePalette(const settings::Settings& settings, const QString& settingsFile,
+                     PaletteState& palettes, platform::Messenger& messenger, bool force = false);
 
 /// How a conversion ended.
 enum class ConversionStatus { Done, Interrupted, NoConversion };
@@ -95,14 +87,5 @@ ConversionStatus ReduceForExport(QImage& image, PaletteState& palettes, settings
 /// read, reduced by nearest colour to the built-in palette of that many colours, written to
 /// `outPath` in the format of its extension.
 Result<bool> ConvertPictureFileToColors(const QString& inPath, const QString& outPath, int colors);
-
-/// Canvas commands with their messages.
-void ConvertCanvasToNearestColor(app::AppState& state, app::Services& services);
-void ConvertCanvasToMyColor(app::AppState& state, app::Services& services);
-/// "Count colors": "Number Of Colors :" + n under "Count Colors", status "Count Colors : " + n.
-int CountColorsCommand(app::AppState& state, app::Services& services);
-/// "Check colors": "Test successful !" or n + " unknown color(s) found !"; in 16M
-/// "24Bit colors Mode !". Returns the unknown pixel count (0 in 16M).
-long long CheckColorsButtonClick(app::AppState& state, app::Services& services);
 
 }  // namespace vt::canvas

@@ -4,12 +4,7 @@
 #include <QFileInfo>
 #include <algorithm>
 
-#include "app/messages.h"
-#include "app/modes.h"
-#include "app/output_naming.h"
-#include "app/state.h"
 #include "canvas/graphic_loading.h"
-#include "canvas/threshold.h"
 
 namespace vt::canvas {
 
@@ -45,39 +40,6 @@ void GraphicPreview::ResizeToFit(QSize canvas) {
 
 QImage GraphicPreview::Selected() const {
   return area_.isEmpty() ? picture_ : picture_.copy(area_);
-}
-
-bool ShowPreview(app::AppState& state, app::Services& services, GraphicPreview& preview,
-                 const QString& path) {
-  const Result<bool> opened =
-      preview.Open(path, QSize(state.canvas.Width(), state.canvas.Height()));
-  if (opened) return true;
-  state.log.StatusBarAndLog(opened.error().ToString());
-  app::MessageDlgA(state, services.dialogs, QStringLiteral("Graphic loading Error"),
-                   QStringLiteral("Loading a Graphic Error"), 0, platform::Buttons::Ok,
-                   platform::DialogType::Error);
-  return false;
-}
-
-bool CheckPreviewPicture(app::AppState& state, app::Services& services,
-                         const GraphicPreview& preview) {
-  if (preview.HasPicture()) return true;
-  app::MessageDlgA(state, services.dialogs, QString::fromLatin1(texts::kSelectGraphicFile),
-                   QString::fromLatin1(texts::kNoGraphicSelectedTitle), 0, platform::Buttons::Ok,
-                   platform::DialogType::Warning);
-  return false;
-}
-
-bool ImportGraphicPreview(app::AppState& state, app::Services& services,
-                          const GraphicPreview& preview) {
-  if (!CheckPreviewPicture(state, services, preview)) return false;
-  if (app::CheckMode(state, services, 0)) return false;
-  if (!ResolveFloatingSelection(state, services, BlackWhiteConversions(state))) return false;
-  state.settings.output.nbmfn = QFileInfo(preview.Path()).fileName();
-  state.files.ImportExtension = QLatin1Char('.') + QFileInfo(preview.Path()).suffix().toUpper();
-  app::defineOutputFileName(state);
-  AssignInPutBitmap(state, services, preview.Selected(), false);
-  return true;
 }
 
 }  // namespace vt::canvas

@@ -11,11 +11,6 @@
 
 #include "util/error.h"
 
-namespace vt::app {
-struct AppState;
-struct Services;
-}  // namespace vt::app
-
 namespace vt::canvas {
 
 namespace texts {
@@ -57,22 +52,5 @@ class GraphicPreview {
   QImage picture_;
   QRect area_;
 };
-
-/// ShowPreview: opens `path` in the preview. A file that does not decode leaves the preview as
-/// it was, with "Graphic loading Error" under "Loading a Graphic Error" (the reason is logged).
-bool ShowPreview(app::AppState& state, app::Services& services, GraphicPreview& preview,
-                 const QString& path);
-
-/// Tells "Please select the graphic file to import" under "No Graphic Selected" when the
-/// preview shows no picture. Returns whether one is shown.
-bool CheckPreviewPicture(app::AppState& state, app::Services& services,
-                         const GraphicPreview& preview);
-
-/// The preview's import: without a picture CheckPreviewPicture tells why and nothing happens.
-/// Otherwise the mode gate (CheckMode), a layer still floating is pasted or discarded first,
-/// the artwork takes the file's name, and the selected part goes through AssignInPutBitmap.
-/// Returns whether it was taken.
-bool ImportGraphicPreview(app::AppState& state, app::Services& services,
-                          const GraphicPreview& preview);
 
 }  // namespace vt::canvas

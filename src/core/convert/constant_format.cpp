@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <array>
 
-#include "app/log.h"
 #include "convert/bits.h"
+#include "platform/messenger.h"
 
 namespace vt::convert {
 namespace {
@@ -47,10 +47,10 @@ ConstantFormat CurrentConstantFormat(const settings::DataFormatSettings& format)
   return ConstantFormatFromKey(format.FXHB).value_or(ConstantFormat::X);
 }
 
-void SelectConstantFormat(settings::DataFormatSettings& settings, app::Log& log,
+void SelectConstantFormat(settings::DataFormatSettings& settings, platform::Messenger& messenger,
                           ConstantFormat format) {
   settings.FXHB = QLatin1String(Info(format).key);
-  log.StatusBarAndLog(QLatin1String(Info(format).setterLogText));
+  messenger.StatusBarAndLog(QLatin1String(Info(format).setterLogText));
 }
 
 int OutputWordBits(const settings::OutputWidthSettings& width) {

@@ -11,9 +11,9 @@
 
 #include "settings/settings.h"
 
-namespace vt::app {
-class Log;
-}
+namespace vt::platform {
+class Messenger;
+}  // namespace vt::platform
 
 namespace vt::convert {
 
@@ -49,7 +49,7 @@ std::optional<ConstantFormat> ConstantFormatFromKey(const QString& key);
 ConstantFormat CurrentConstantFormat(const settings::DataFormatSettings& format);
 
 /// Sets FXHB to `format` and logs its setter text ("Constant format is ox+data" ...).
-void SelectConstantFormat(settings::DataFormatSettings& settings, app::Log& log,
+void SelectConstantFormat(settings::DataFormatSettings& settings, platform::Messenger& messenger,
                           ConstantFormat format);
 
 /// Bits of one output word: 16 with D16bc, 32 with D32bc, else 8 (also for the binary and

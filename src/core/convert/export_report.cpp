@@ -5,9 +5,8 @@
 #include <QFileInfo>
 #include <string>
 
-#include "app/messages.h"
-#include "app/state.h"
 #include "platform/folders.h"
+#include "platform/messenger.h"
 #include "settings/pixel_modes.h"
 #include "util/atomic_write.h"
 
@@ -219,20 +218,20 @@ QByteArray RtfDocument(const QStringList& paragraphs) {
   return QByteArray(rtf.data(), qsizetype(rtf.size()));
 }
 
-bool WriteExportReport(app::AppState& state, app::Services& services,
+bool WriteExportReport(platform::Messenger& messenger, platform::FileUse& fileUse,
                        const settings::Settings& settings, const QString& path,
                        const ExportReportInfo& info) {
-  state.log.Laction = QStringLiteral("WriteExportReport");
-  if (QFileInfo::exists(path) && services.fileUse.IsFileInUse(path)) {
-    app::MessageDlgA(
-        state, services.dialogs, QStringLiteral(" RTF file was opened by another application ! "),
-        QStringLiteral("Error"), 0, platform::Buttons::Ok, platform::DialogType::Error);
+  messenger.SetLaction(QStringLiteral("WriteExportReport"));
+  if (QFileInfo::exists(path) && fileUse.IsFileInUse(path)) {
+    messenger.MessageDlgA(QStringLiteral(" RTF file was opened by another application ! "),
+                          QStringLiteral("Error"), 0, platform::Buttons::Ok,
+                          platform::DialogType::Error);
     return false;
   }
   QDir().mkpath(QFileInfo(path).absolutePath());
   if (!WriteFileAtomically(path, RtfDocument(ExportReportParagraphs(settings, info)),
                            Durability::Cached)) {
-    state.log.HandledExcept(QStringLiteral("Error While Trying to Make Document File !"));
+    messenger.HandledExcept(QStringLiteral("Error While Trying to Make Document File !"));
     return false;
   }
   return true;

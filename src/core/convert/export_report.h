@@ -14,10 +14,10 @@
 #include "convert/compression.h"
 #include "settings/settings.h"
 
-namespace vt::app {
-struct AppState;
-struct Services;
-}  // namespace vt::app
+namespace vt::platform {
+class FileUse;
+class Messenger;
+}  // namespace vt::platform
 
 namespace vt::convert {
 
@@ -64,7 +64,7 @@ QByteArray RtfDocument(const QStringList& paragraphs);
 /// open is refused with " RTF file was opened by another application ! " (title "Error"); a failed
 /// write is logged as "Error While Trying to Make Document File !" and leaves the export as it is.
 /// Returns true when written.
-bool WriteExportReport(app::AppState& state, app::Services& services,
+bool WriteExportReport(platform::Messenger& messenger, platform::FileUse& fileUse,
                        const settings::Settings& settings, const QString& path,
                        const ExportReportInfo& info);
 

@@ -5,8 +5,8 @@
 #include <QRegularExpression>
 #include <algorithm>
 
-#include "app/log.h"
 #include "convert/constant_format.h"
+#include "platform/messenger.h"
 #include "settings/pixel_modes.h"
 #include "util/atomic_write.h"
 
@@ -298,7 +298,7 @@ QStringList DefaultHeaderTemplate(HeaderKind kind) {
 }
 
 Result<bool> WriteDefaultHeaderFile(const QString& settingsFile, HeaderKind kind, bool forced,
-                                    app::Log& log, bool replace, bool crlf) {
+                                    platform::Messenger& messenger, bool replace, bool crlf) {
   const QString path = HeaderFileName(settingsFile, kind);
   if (QFile::exists(path) && !forced && !replace) return false;
   const QStringList lines = DefaultHeaderTemplate(kind);
@@ -309,7 +309,7 @@ Result<bool> WriteDefaultHeaderFile(const QString& settingsFile, HeaderKind kind
   for (const QString& line : lines) text += line.leftJustified(width) + lineBreak;
   Result<bool> written = WriteFileAtomically(path, text.toUtf8());
   if (!written.ok()) return written.error();
-  log.StatusBarAndLog(kDefaultHeaderLogText);
+  messenger.StatusBarAndLog(kDefaultHeaderLogText);
   return true;
 }
 

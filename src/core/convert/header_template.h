@@ -14,9 +14,9 @@
 #include "settings/settings.h"
 #include "util/error.h"
 
-namespace vt::app {
-class Log;
-}
+namespace vt::platform {
+class Messenger;
+}  // namespace vt::platform
 
 namespace vt::convert {
 
@@ -42,7 +42,8 @@ inline const QString kDefaultHeaderLogText =
 /// gets kDefaultHeaderLogText. Returns true when written, false when kept, an Io error when the
 /// file could not be written (the old file then stays).
 Result<bool> WriteDefaultHeaderFile(const QString& settingsFile, HeaderKind kind, bool forced,
-                                    app::Log& log, bool replace = false, bool crlf = true);
+                                    platform::Messenger& messenger, bool replace = false,
+                                    bool crlf = true);
 
 /// The template text of `path`, or none when the file does not exist or cannot be read.
 std::optional<QString> LoadHeaderTemplate(const QString& path);

@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "convert/output_width.h"
 
-#include "app/output_naming.h"
-#include "app/state.h"
-
 namespace vt::convert {
 
 std::optional<WordWidthChoice> WordWidthFromName(const QString& name) {
@@ -15,9 +12,25 @@ std::optional<WordWidthChoice> WordWidthFromName(const QString& name) {
   return std::nullopt;
 }
 
-void SelectOutputWidth(app::AppState& state, WordWidthChoice choice) {
-  ApplyWordWidth(state.settings.width, choice);
-  app::defineOutputFileName(state);
+void ApplyWordWidth(settings::OutputWidthSettings& w, WordWidthChoice choice) {
+  w = settings::OutputWidthSettings{false, false, false, false, false};
+  switch (choice) {
+    case WordWidthChoice::Bits8:
+      w.D8bc = true;
+      break;
+    case WordWidthChoice::Bits16:
+      w.D16bc = true;
+      break;
+    case WordWidthChoice::Bits32:
+      w.D32bc = true;
+      break;
+    case WordWidthChoice::IntelHex:
+      w.DIHec = true;
+      break;
+    case WordWidthChoice::Binary:
+      w.DHec = true;
+      break;
+  }
 }
 
 }  // namespace vt::convert

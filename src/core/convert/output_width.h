@@ -6,20 +6,19 @@
 #include <QString>
 #include <optional>
 
-#include "convert/export_driver.h"
-
-namespace vt::app {
-struct AppState;
-}
+#include "settings/settings.h"
 
 namespace vt::convert {
 
+/// The word width group of the export dialog ("8 bits", "16 bits", "32 bits ", "Intel Hex").
+/// Binary stands for the binary file output, which the group does not offer: no button is
+/// checked then.
+enum class WordWidthChoice { Bits8, Bits16, Bits32, IntelHex, Binary };
+
+/// Sets exactly the one width key of `choice` (D8bc, D16bc, D32bc, DIHec or DHec).
+void ApplyWordWidth(settings::OutputWidthSettings& w, WordWidthChoice choice);
+
 /// The choice named on a command line: "8", "16", "32", "bin" or "ihex"; empty otherwise.
 std::optional<WordWidthChoice> WordWidthFromName(const QString& name);
-
-/// N8bitformatClick, N16bitformatClick, N32bitformatClick, HexOutput1Click,
-/// IntelHexOutputClick: exactly one of D8bc, D16bc, D32bc, DHec, DIHec is set, and the output
-/// names follow the new target (".bin", ".hex" or the source extension).
-void SelectOutputWidth(app::AppState& state, WordWidthChoice choice);
 
 }  // namespace vt::convert

@@ -6,8 +6,7 @@
 #include <cmath>
 #include <exception>
 
-#include "app/messages.h"
-#include "app/state.h"
+#include "platform/messenger.h"
 #include "settings/pixel_modes.h"
 
 namespace vt::settings {
@@ -127,13 +126,10 @@ SizeCheck SizeCheckOf(ScanDirection direction) {
   Q_UNREACHABLE();
 }
 
-bool IsMultiple(int size, double pixelsPerByte) {
-  return std::fmod(static_cast<double>(size), pixelsPerByte) == 0.0;
-}
-
 /// A typed user size: parse, cut to the limit, and the over-limit message.
-TypedSize TypeUserSize(app::AppState& state, app::Services& services, const QString& text,
-                       int& stored, int limit, bool directionConcerned, const QString& message) {
+TypedSize TypeUserSize(const Settings& settings, platform::Messenger& messenger,
+                       const QString& text, int& stored, int limit, bool directionConcerned,
+                       const QString& message) {
   bool ok = false;
   const int value = text.trimmed().toInt(&ok);
   if (!ok || value < 1) return {QString::number(stored), false};
@@ -142,10 +138,10 @@ TypedSize TypeUserSize(app::AppState& state, app::Services& services, const QStr
     return {text, false};
   }
   stored = limit;
-  const double p = PixelsPerByte(state.settings);
-  if (!IsMultiple(limit, p) && directionConcerned) {
-    app::MessageDlgA(state, services.dialogs, message.arg(FormatGeneralReal(p)),
-                     QStringLiteral("Error"), 0, Buttons::Ok, DialogType::Error);
+  const double p = PixelsPerByte(settings);
+  if (!IsMultipleOf(limit, p) && directionConcerned) {
+    messenger.MessageDlgA(message.arg(FormatGeneralReal(p)), QStringLiteral("Error"), 0,
+                          Buttons::Ok, DialogType::Error);
   }
   return {QString::number(limit), true};
 }
@@ -187,10 +183,9 @@ bool IsHorizontalScan(const Settings& settings) {
 
 bool IsVerticalScan(const Settings& settings) { return !IsHorizontalScan(settings); }
 
-bool SelectScanDirection(app::AppState& state, app::Services& services, ScanDirection direction,
-                         CornerRule cornerRule) {
-  state.log.Laction = QStringLiteral("Select Data Direction");
-  Settings& settings = state.settings;
+bool SelectScanDirection(Settings& settings, platform::Messenger& messenger,
+                         ScanDirection direction, CornerRule cornerRule) {
+  messenger.SetLaction(QStringLiteral("Select Data Direction"));
   if (settings.pixel.G32) direction = Gray32Direction(direction);
   // The ST7528 slices are walked downwards only.
   if ((direction == ScanDirection::tl || direction == ScanDirection::tla) && settings.pixel.ST7) {
@@ -210,8 +205,8 @@ bool SelectScanDirection(app::AppState& state, app::Services& services, ScanDire
       remainder = SizeRemainder(settings.display.GWI, PixelsPerByte(settings));
     }
     if (remainder != 0.0 && settings.pixel.bw8) {
-      app::MessageDlgA(state, services.dialogs, *check.text, QStringLiteral("Error"), 0,
-                       Buttons::Ok, DialogType::Error);
+      messenger.MessageDlgA(*check.text, QStringLiteral("Error"), 0, Buttons::Ok,
+                            DialogType::Error);
       return false;
     }
   }
@@ -220,7 +215,7 @@ bool SelectScanDirection(app::AppState& state, app::Services& services, ScanDire
   scan.tr = scan.tra = scan.tl = scan.tla = scan.td = scan.tda = scan.tu = scan.tua = false;
   DirectionKey(scan, direction) = true;
   if (cornerRule == CornerRule::SetDirectionCorner) SetCornerKeys(scan, info.corner);
-  if (*info.logText != '\0') state.log.StatusBarAndLog(QString::fromLatin1(info.logText));
+  if (*info.logText != '\0') messenger.StatusBarAndLog(QString::fromLatin1(info.logText));
   return true;
 }
 
@@ -238,19 +233,9 @@ QString OriginCornerText(OriginCorner corner) {
   Q_UNREACHABLE();
 }
 
-void SelectOriginCorner(app::AppState& state, OriginCorner corner) {
-  SetCornerKeys(state.settings.scan, corner);
-  state.log.StatusBarAndLog(OriginCornerText(corner));
-}
-
-void SetDisplaySize(app::AppState& state, int width, int height) {
-  width = qMax(width, 1);
-  height = qMax(height, 1);
-  state.settings.display.GWI = width;
-  state.settings.display.GHI = height;
-  if (state.canvas.Width() != width || state.canvas.Height() != height) {
-    state.canvas.Resize(width, height);
-  }
+void SelectOriginCorner(Settings& settings, platform::Messenger& messenger, OriginCorner corner) {
+  SetCornerKeys(settings.scan, corner);
+  messenger.StatusBarAndLog(OriginCornerText(corner));
 }
 
 QString FormatGeneralReal(double value) { return QString::number(value, 'g', 15); }
@@ -283,20 +268,18 @@ int PageCount(const Settings& settings, int sizeAlongScan) {
   return static_cast<int>(std::trunc(sizeAlongScan / p));
 }
 
-bool SelectByteWidth(app::AppState& state, app::Services& services, bool eightBits) {
-  Settings& settings = state.settings;
+bool SelectByteWidth(Settings& settings, platform::Messenger& messenger, bool eightBits) {
   if (!eightBits) {
     const std::optional<PixelMode> mode = CurrentPixelMode(settings);
     const bool monochrome = !mode || IsMonochromeMode(*mode);
     if (!monochrome || !IsHorizontalScan(settings)) {
-      app::MessageDlgA(state, services.dialogs,
-                       QStringLiteral("Operation allowed in monochrome mode only !"), QString(), 0,
-                       Buttons::Ok, DialogType::Warning);
+      messenger.MessageDlgA(QStringLiteral("Operation allowed in monochrome mode only !"),
+                            QString(), 0, Buttons::Ok, DialogType::Warning);
       return false;
     }
   }
   settings.pixel.bw8 = eightBits;
-  state.log.StatusBarAndLog(eightBits ? QStringLiteral("8 bit format enabled")
+  messenger.StatusBarAndLog(eightBits ? QStringLiteral("8 bit format enabled")
                                       : QStringLiteral("6 bit format enabled"));
   return true;
 }
@@ -312,18 +295,12 @@ QString BitOrderLogText(bool msbFirst) {
 
 QString BigEndianHint() { return QStringLiteral("Big Endian (MSB first)"); }
 
-void SelectBitOrder(app::AppState& state, bool msbFirst) {
-  state.settings.scan.MSBF = msbFirst;
-  state.log.StatusBarAndLog(BitOrderLogText(msbFirst));
+void SelectBitOrder(Settings& settings, platform::Messenger& messenger, bool msbFirst) {
+  settings.scan.MSBF = msbFirst;
+  messenger.StatusBarAndLog(BitOrderLogText(msbFirst));
 }
 
 std::span<const QSize> PresetSizes() { return kPresetSizes; }
-
-void SelectPresetSize(app::AppState& state, QSize size) {
-  state.settings.display.USmat = false;
-  state.settings.display.UMATB = false;
-  SetDisplaySize(state, size.width(), size.height());
-}
 
 QString CustomSizeCaption(QSize size) {
   return QStringLiteral("Custom %1 x %2").arg(size.width()).arg(size.height());
@@ -353,20 +330,24 @@ QStringList CustomSizeCaptions(const Settings& settings) {
   return captions;
 }
 
-TypedSize LCDmatrixHeightEditChange(app::AppState& state, app::Services& services,
+TypedSize LCDmatrixHeightEditChange(Settings& settings, platform::Messenger& messenger,
                                     const QString& text) {
-  const ScanSettings& scan = state.settings.scan;
+  const ScanSettings& scan = settings.scan;
   return TypeUserSize(
-      state, services, text, state.settings.display.MATH, kMaxUserHeight, scan.tu || scan.td,
+      settings, messenger, text, settings.display.MATH, kMaxUserHeight, scan.tu || scan.td,
       QStringLiteral(" In vertical mode, height must be a multiple of %1 and <= 768 !"));
 }
 
-TypedSize LCDmatrixWidthEditChange(app::AppState& state, app::Services& services,
+TypedSize LCDmatrixWidthEditChange(Settings& settings, platform::Messenger& messenger,
                                    const QString& text) {
-  const ScanSettings& scan = state.settings.scan;
+  const ScanSettings& scan = settings.scan;
   return TypeUserSize(
-      state, services, text, state.settings.display.MATW, kMaxUserWidth, scan.tl || scan.tr,
+      settings, messenger, text, settings.display.MATW, kMaxUserWidth, scan.tl || scan.tr,
       QStringLiteral(" In horizontal mode, width must be a multiple of %1 and <= 1024 !"));
+}
+
+bool IsMultipleOf(int size, double pixelsPerByte) {
+  return std::fmod(static_cast<double>(size), pixelsPerByte) == 0.0;
 }
 
 double UserSizePixelsPerByte(const Settings& settings) {
@@ -377,83 +358,19 @@ double UserSizePixelsPerByte(const Settings& settings) {
   return 1.0;
 }
 
-namespace {
-
-/// The one answer to any fault of the user size confirmation.
-void ReportUserSizeFault(app::AppState& state, app::Services& services) {
-  state.log.StatusBarAndLog(QStringLiteral("User Size Define Error"));
-  state.log.HandledExcept(QStringLiteral("User Size Define Error"));
-  app::MessageDlgA(state, services.dialogs, QStringLiteral("User Size Define Error !"),
-                   QStringLiteral("Error"), 0, Buttons::Ok, DialogType::Error);
-}
-
-/// Offers to switch to the other orientation when the size does not fit the direction.
-void OfferFittingDirection(app::AppState& state, app::Services& services, double p) {
-  const DisplaySettings& display = state.settings.display;
-  if (IsHorizontalScan(state.settings)) {
-    if (IsMultiple(display.GWI, p)) return;
-    const int answer = app::MessageDlgA(
-        state, services.dialogs,
-        QStringLiteral("Dot matrix size not compatible with horizontal paging scheme !\rDo you "
-                       "want to change paging scheme orientation to vertical ?"),
-        QStringLiteral("Warning"), 0, Buttons::Yes | Buttons::No, DialogType::Warning);
-    if (answer == Answer::Yes) (void)SelectScanDirection(state, services, ScanDirection::td);
-    return;
-  }
-  if (IsMultiple(display.GHI, p)) return;
-  const int answer = app::MessageDlgA(
-      state, services.dialogs,
-      QStringLiteral("Dot matrix size not compatible with vertical paging scheme !\rDo you "
-                     "want to change paging scheme orientation to horizontal ?"),
-      QStringLiteral("Warning"), 0, Buttons::Yes | Buttons::No, DialogType::Warning);
-  if (answer == Answer::Yes) (void)SelectScanDirection(state, services, ScanDirection::tr);
-}
-
-}  // namespace
-
-bool LCDmatrixSizeUserDefinedClick(app::AppState& state, app::Services& services) {
-  state.log.Laction = QStringLiteral("User Size Define");
-  DisplaySettings& display = state.settings.display;
-  const int width = display.MATW;
-  const int height = display.MATH;
-  if (width < 1 || height < 1) {
-    ReportUserSizeFault(state, services);
-    return false;
-  }
-  try {
-    // The fit test uses this value, not the PixelsPerByte of the mode.
-    const double p = UserSizePixelsPerByte(state.settings);
-    AddCustomSize(state.settings, QSize(width, height));
-    state.log.StatusBarAndLog(QStringLiteral("H:=%1 W:=%2").arg(height).arg(width));
-    state.log.StatusBarAndLog(QStringLiteral("Dot matrix size = User defined"));
-    app::MessageDlgA(state, services.dialogs,
-                     QStringLiteral(" User Dot Matrix Size has been defined ! "),
-                     QStringLiteral("Information"), 0, Buttons::Ok, DialogType::Information);
-    SetDisplaySize(state, width, height);
-    display.USmat = true;
-    display.UMATB = true;
-    OfferFittingDirection(state, services, p);
-    return true;
-  } catch (const std::exception&) {
-    ReportUserSizeFault(state, services);
-    return false;
-  }
-}
-
 bool AreaFitsPagingGrid(const Settings& settings, int x1, int y1, int x2, int y2) {
   if (settings.display.NOMAT) return true;
   const double p = PixelsPerByte(settings);
-  if (IsHorizontalScan(settings)) return IsMultiple(x1, p) && IsMultiple(x2, p);
-  return IsMultiple(y1, p) && IsMultiple(y2, p);
+  if (IsHorizontalScan(settings)) return IsMultipleOf(x1, p) && IsMultipleOf(x2, p);
+  return IsMultipleOf(y1, p) && IsMultipleOf(y2, p);
 }
 
-bool PageButtonClick(app::AppState& state, app::Services& services, int x1, int y1, int x2,
-                     int y2) {
-  if (AreaFitsPagingGrid(state.settings, x1, y1, x2, y2)) return true;
-  app::MessageDlgA(state, services.dialogs,
-                   QStringLiteral(" Area does not fit in the paging scheme! Please select again "
-                                  "with displayed paging grid ! "),
-                   QStringLiteral("Error !"), 0, Buttons::Ok, DialogType::Error);
+bool PageButtonClick(const Settings& settings, platform::Messenger& messenger, int x1, int y1,
+                     int x2, int y2) {
+  if (AreaFitsPagingGrid(settings, x1, y1, x2, y2)) return true;
+  messenger.MessageDlgA(QStringLiteral(" Area does not fit in the paging scheme! Please select "
+                                       "again with displayed paging grid ! "),
+                        QStringLiteral("Error !"), 0, Buttons::Ok, DialogType::Error);
   return false;
 }
 

@@ -12,10 +12,9 @@
 
 #include "settings/settings.h"
 
-namespace vt::app {
-struct AppState;
-struct Services;
-}  // namespace vt::app
+namespace vt::platform {
+class Messenger;
+}  // namespace vt::platform
 
 namespace vt::settings {
 
@@ -60,18 +59,15 @@ enum class CornerRule { SetDirectionCorner, KeepCorner };
 /// "Error"). On acceptance the eight keys are cleared, the chosen one and its corner are set and
 /// the direction's log line is written. Returns whether the direction was accepted; a refusal
 /// leaves mode, direction, corner and size as they were.
-bool SelectScanDirection(app::AppState& state, app::Services& services, ScanDirection direction,
+bool SelectScanDirection(Settings& settings, platform::Messenger& messenger,
+                         ScanDirection direction,
                          CornerRule cornerRule = CornerRule::SetDirectionCorner);
 
 /// Selects the origin corner: clears the other three keys and logs "Origin corner top left" or
 /// its like.
-void SelectOriginCorner(app::AppState& state, OriginCorner corner);
+void SelectOriginCorner(Settings& settings, platform::Messenger& messenger, OriginCorner corner);
 /// The text of a corner, "Origin corner top left" and so on.
 QString OriginCornerText(OriginCorner corner);
-
-/// Sets the display size GWI x GHI (each at least 1) and gives the Work Canvas that size
-/// (a canvas of another size is resized, which clears it).
-void SetDisplaySize(app::AppState& state, int width, int height);
 
 /// The two texts of the paging hint: the size rule and the scheme.
 struct PagingHintText {
@@ -100,7 +96,7 @@ int PageCount(const Settings& settings, int sizeAlongScan);
 /// mode is allowed in monochrome with a horizontal direction only; otherwise the message
 /// "Operation allowed in monochrome mode only !" is shown and nothing changes. Logs
 /// "6 bit format enabled" or "8 bit format enabled". Returns whether bw8 now holds the request.
-bool SelectByteWidth(app::AppState& state, app::Services& services, bool eightBits);
+bool SelectByteWidth(Settings& settings, platform::Messenger& messenger, bool eightBits);
 
 /// Bit order texts: menu caption, and log line of each setting of MSBF.
 QString BitOrderCaption(bool msbFirst);
@@ -108,16 +104,13 @@ QString BitOrderLogText(bool msbFirst);
 /// The hint of the big endian control.
 QString BigEndianHint();
 /// Sets MSBF and logs "MSB first" or "MSB last".
-void SelectBitOrder(app::AppState& state, bool msbFirst);
+void SelectBitOrder(Settings& settings, platform::Messenger& messenger, bool msbFirst);
 /// The two control flags kept beside MSBF.
 inline bool BigEndianBits(const Settings& settings) { return settings.scan.MSBF; }
 inline bool LittleEndianBits(const Settings& settings) { return !settings.scan.MSBF; }
 
 /// The preset display sizes, width by height, in menu order (96x40 ... 1024x768).
 std::span<const QSize> PresetSizes();
-/// Selects a preset or custom size from the size menu: the user-defined marks USmat and UMATB
-/// go off and the size is set as by SetDisplaySize.
-void SelectPresetSize(app::AppState& state, QSize size);
 
 /// Menu caption of a remembered user size: "Custom <w> x <h>".
 QString CustomSizeCaption(QSize size);
@@ -140,24 +133,19 @@ struct TypedSize {
 /// restores the last good value (MATH); a number is stored into MATH, cut to 768 with a beep.
 /// Only when cut, the cut value is no multiple of PixelsPerByte and the direction is tu or td,
 /// " In vertical mode, height must be a multiple of <p> and <= 768 !" is shown.
-TypedSize LCDmatrixHeightEditChange(app::AppState& state, app::Services& services,
+TypedSize LCDmatrixHeightEditChange(Settings& settings, platform::Messenger& messenger,
                                     const QString& text);
 /// The same for the width: MATW, 1024, directions tl or tr, and
 /// " In horizontal mode, width must be a multiple of <p> and <= 1024 !".
-TypedSize LCDmatrixWidthEditChange(app::AppState& state, app::Services& services,
+TypedSize LCDmatrixWidthEditChange(Settings& settings, platform::Messenger& messenger,
                                    const QString& text);
 
 /// PixelsPerByte as the user-size confirmation computes it: 2 for G16, C16 and C8, 4 for G4, G42
 /// and G32, 8 for Monc, 1 for every other mode.
 double UserSizePixelsPerByte(const Settings& settings);
 
-/// Confirms the user-defined size MATW x MATH: remembers it in a custom slot, logs
-/// "H:=<h> W:=<w>" and "Dot matrix size = User defined", tells " User Dot Matrix Size has been
-/// defined ! ", makes it the display size and marks it active (USmat, UMATB). Then, if the size
-/// does not fit the direction by UserSizePixelsPerByte, offers to switch to td (width) or tr
-/// (height). A size below 1 is a fault: "User Size Define Error" in the log and
-/// "User Size Define Error !" shown, nothing changed. Returns whether the size was set.
-bool LCDmatrixSizeUserDefinedClick(app::AppState& state, app::Services& services);
+/// True when `size` is a whole multiple of `pixelsPerByte` (0 counts as one).
+bool IsMultipleOf(int size, double pixelsPerByte);
 
 /// True when the selection X1..X2 x Y1..Y2 (right and bottom exclusive) lies on the page grid:
 /// its left and right edges for a horizontal direction, its top and bottom edges for a vertical
@@ -166,6 +154,7 @@ bool AreaFitsPagingGrid(const Settings& settings, int x1, int y1, int x2, int y2
 /// The page button's check before a selected area is exported: refuses an area off the page
 /// grid with " Area does not fit in the paging scheme! Please select again with displayed
 /// paging grid ! " (title "Error !"). Returns whether the export may go on.
-bool PageButtonClick(app::AppState& state, app::Services& services, int x1, int y1, int x2, int y2);
+bool PageButtonClick(const Settings& settings, platform::Messenger& messenger, int x1, int y1,
+                     int x2, int y2);
 
 }  // namespace vt::settings

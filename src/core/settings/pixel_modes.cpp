@@ -3,15 +3,8 @@
 
 #include <array>
 
-#include "app/messages.h"
-#include "app/state.h"
-
 namespace vt::settings {
 namespace {
-
-namespace Answer = platform::Answer;
-namespace Buttons = platform::Buttons;
-using platform::DialogType;
 
 constexpr const char* kClear2bpp =
     " Clear the work canvas before to change to 2bpp grayscale mode ? ";
@@ -145,34 +138,6 @@ std::optional<PixelMode> ModeFromFlags(const Settings& settings, bool honourNoma
   return std::nullopt;
 }
 
-/// The canvas question of step 4. False when the user refused, which stops the selection.
-bool ConfirmCanvasClear(app::AppState& state, app::Services& services, const PixelModeInfo& info) {
-  canvas::WorkCanvas& canvas = state.canvas;
-  if (IsMonochromeMode(info.mode)) {
-    if (canvas.IsBlackAndWhite()) return true;
-    const int answer = app::MessageDlgA(
-        state, services.dialogs, QStringLiteral(" Work Canvas will be cleared ! "),
-        QStringLiteral("Warning"), 0, Buttons::Ok | Buttons::Cancel, DialogType::Warning);
-    if (answer != Answer::Ok) {
-      state.log.StatusBarAndLog(QStringLiteral("Canceled !"));
-      return false;
-    }
-    canvas.Clear();
-    return true;
-  }
-  if (*info.clearQuestion == '\0') return true;  // the 16M modes take any picture
-  const int colors = canvas.CountColors(2);
-  const bool blank = colors == 0 || (colors == 1 && canvas.Pixel(0, 0) == canvas::kWhite);
-  if (blank) return true;
-  const int answer =
-      app::MessageDlgA(state, services.dialogs, QString::fromLatin1(info.clearQuestion),
-                       QStringLiteral("Canvas not cleared"), 0, Buttons::Yes | Buttons::No,
-                       DialogType::Confirmation);
-  if (answer != Answer::Yes) return false;
-  canvas.Clear();
-  return true;
-}
-
 }  // namespace
 
 std::span<const PixelModeInfo> PixelModeTable() { return kModes; }
@@ -224,41 +189,20 @@ std::uint32_t ModeFlagsOf(const PixelModeSettings& pixel) {
   return flags;
 }
 
-bool SelectPixelMode(app::AppState& state, app::Services& services, PixelMode mode,
-                     const PixelModeGate& gate) {
-  const PixelModeInfo& info = Info(mode);
-  state.log.Laction = QStringLiteral("Select Pixel Mode");
-  if (gate.editorForbidsChange && gate.editorForbidsChange(state, services)) return false;
-  if (!state.modes.SettingsLoadInProgress && CurrentPixelMode(state.settings) == mode) {
-    return false;
-  }
-  // PixelsPerByte follows from the flags set below, so there is nothing to store beforehand.
-  if (!ConfirmCanvasClear(state, services, info)) return false;
-  if (gate.keepColorMode && gate.keepColorMode(state, services)) return false;
+std::optional<PixelMode> StoredPixelMode(const Settings& settings) {
+  return ModeFromFlags(settings, true);
+}
 
-  PixelModeSettings& pixel = state.settings.pixel;
+void ApplyPixelMode(PixelModeSettings& pixel, PixelMode mode) {
   pixel.Neg = false;
   pixel.ST7 = false;
   pixel.bw8 = true;
-  ApplyModeFlags(pixel, info.flags);
+  ApplyModeFlags(pixel, Info(mode).flags);
   // Compression packs monochrome data only.
   if (!IsMonochromeMode(mode)) pixel.ccomp = false;
   // The nibble swap is offered by the 16 gray and 16 colour modes only: there it keeps the
   // value the user gave it (also through a settings load), every other mode turns it off.
   if (!IsNibbleMode(mode)) pixel.snib = false;
-  if (*info.logText != '\0') state.log.StatusBarAndLog(QString::fromLatin1(info.logText));
-  return true;
-}
-
-std::optional<PixelMode> ReselectStoredPixelMode(app::AppState& state, app::Services& services) {
-  const std::optional<PixelMode> stored = ModeFromFlags(state.settings, true);
-  if (!stored) return std::nullopt;
-  const bool wasLoading = state.modes.SettingsLoadInProgress;
-  state.modes.SettingsLoadInProgress = true;
-  const bool selected = SelectPixelMode(state, services, *stored);
-  state.modes.SettingsLoadInProgress = wasLoading;
-  if (!selected) return std::nullopt;
-  return stored;
 }
 
 }  // namespace vt::settings

@@ -7,16 +7,10 @@
 
 #include <QString>
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <span>
 
 #include "settings/settings.h"
-
-namespace vt::app {
-struct AppState;
-struct Services;
-}  // namespace vt::app
 
 namespace vt::settings {
 
@@ -129,27 +123,12 @@ void ApplyModeFlags(PixelModeSettings& pixel, std::uint32_t flags);
 /// The ModeFlag bits currently set in the record.
 std::uint32_t ModeFlagsOf(const PixelModeSettings& pixel);
 
-/// Optional checks the application shell plugs into a mode selection. Each returns true when
-/// the change must not happen. Empty functions allow the change.
-struct PixelModeGate {
-  /// Asked first: an editor or tool is in a state that forbids a change of mode.
-  std::function<bool(app::AppState&, app::Services&)> editorForbidsChange;
-  /// Asked after the canvas question, before any flag changes: the active tool keeps the mode.
-  std::function<bool(app::AppState&, app::Services&)> keepColorMode;
-};
+/// The mode the flags hold as the start-up re-selection tests them: Moni and Monc count only
+/// without NOMAT. Empty when no test matches.
+std::optional<PixelMode> StoredPixelMode(const Settings& settings);
 
-/// Selects `mode`: the gate, the already-active exit (skipped while
-/// `state.modes.SettingsLoadInProgress`), the canvas question of the mode ("Canvas not
-/// cleared"; monochrome warns " Work Canvas will be cleared ! " when the canvas is not black
-/// and white), reset of Neg, ST7 and bw8, the mode's flags, compression off outside
-/// monochrome, snib off outside the nibble modes (they keep it), then the mode's log line.
-/// Returns true when the mode was set; a refusal at any step leaves every setting unchanged.
-bool SelectPixelMode(app::AppState& state, app::Services& services, PixelMode mode,
-                     const PixelModeGate& gate = {});
-
-/// Selects the mode stored in the flags again, with the settings load flag on, testing the
-/// flags in the start-up order: Moni and Monc count only without NOMAT. Returns the mode
-/// selected, or empty when no test matched (the flags then stay as they are).
-std::optional<PixelMode> ReselectStoredPixelMode(app::AppState& state, app::Services& services);
+/// Sets the keys of `mode` as its selection does: Neg and ST7 off, bw8 on, exactly the mode's
+/// flags, compression off outside monochrome, snib off outside the nibble modes (they keep it).
+void ApplyPixelMode(PixelModeSettings& pixel, PixelMode mode);
 
 }  // namespace vt::settings

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "settings/settings_file.h"
 
+#include <QFile>
 #include <algorithm>
 #include <iterator>
 
@@ -59,14 +60,13 @@ void ReadSettings(const IniDocument& doc, Settings& settings, const FolderDefaul
     settings.ext[n] = doc.Value(kExtensionSection, ExtensionKey(n)).value_or(QString());
   }
   for (int n = 0; n < kCustomSizeSlots; ++n) {
-    settings.customSizes[std::size_t(n)] =
-        QSize(ReadInt(doc, kSizeSection, CustomWidthKey(n), 0),
-              ReadInt(doc, kSizeSection, CustomHeightKey(n), 0));
+    settings.customSizes[std::size_t(n)] = QSize(ReadInt(doc, kSizeSection, CustomWidthKey(n), 0),
+                                                 ReadInt(doc, kSizeSection, CustomHeightKey(n), 0));
   }
 
   static constexpr int kTouchResolutions[] = {8, 10, 12, 16, 24};
-  if (std::find(std::begin(kTouchResolutions), std::end(kTouchResolutions),
-                settings.touch.tfp3) == std::end(kTouchResolutions)) {
+  if (std::find(std::begin(kTouchResolutions), std::end(kTouchResolutions), settings.touch.tfp3) ==
+      std::end(kTouchResolutions)) {
     settings.touch.tfp3 = 8;
   }
 }
@@ -101,6 +101,13 @@ void WriteSettings(const Settings& settings, IniDocument& doc) {
       doc.SetValue(kSizeSection, CustomHeightKey(n), QString::number(used ? size.height() : 0));
     }
   }
+}
+
+IniDocument ReadSettingsDocument(const QString& path) {
+  QFile file(path);
+  if (!file.open(QIODevice::ReadOnly)) return {};
+  auto parsed = IniDocument::Parse(file.read(IniDocument::kMaxBytes + 1));
+  return parsed ? parsed.value() : IniDocument();
 }
 
 }  // namespace vt::settings

@@ -25,6 +25,10 @@ void ReadSettings(const IniDocument& doc, Settings& settings, const FolderDefaul
 /// in `doc` untouched.
 void WriteSettings(const Settings& settings, IniDocument& doc);
 
+/// The settings file at `path` as a document; an empty document when it cannot be read or
+/// parsed (the load of the configuration reports such a file; this is for reading keys).
+IniDocument ReadSettingsDocument(const QString& path);
+
 /// The sections and keys of the dynamic lists, for the command line's get and set.
 QString MruKey(int n);
 QString FontMruKey(int n);

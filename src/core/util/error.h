@@ -11,7 +11,9 @@ namespace vt {
 /// What went wrong with a file, a script or the environment, with where it happened.
 /// `line` and `column` are 1-based; 0 means "not tied to a position".
 struct Error {
-  enum class Kind { Io, Parse, Limit, Refused, Internal };
+  /// Usage: the request itself is malformed (an unknown name, a value of the wrong form), as
+  /// opposed to a request that is understood and refused.
+  enum class Kind { Io, Parse, Limit, Refused, Usage, Internal };
   Kind kind = Kind::Internal;
   QString path;
   int line = 0;

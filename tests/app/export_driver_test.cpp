@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "convert/export_driver.h"
+#include "app/export_driver.h"
 
 #include <gtest/gtest.h>
 
@@ -8,18 +8,22 @@
 #include <array>
 #include <functional>
 
+#include "app/display_commands.h"
 #include "app/state.h"
+#include "convert/convert_test_util.h"
 #include "convert/header_template.h"
-#include "convert_test_util.h"
+#include "recording_messenger.h"
 #include "settings/geometry.h"
 #include "settings/pixel_modes.h"
 #include "temp_folders.h"
 
-namespace vt::convert {
+namespace vt::app {
 namespace {
 
-using test::Hex;
-using test::Picture;
+using namespace convert;
+
+using convert::test::Hex;
+using convert::test::Picture;
 namespace Answer = platform::Answer;
 
 // 16 x 16, black on the diagonal: row y holds x = y. By rows, MSB first, row y gives
@@ -35,8 +39,9 @@ class Export : public ::testing::Test {
  protected:
   Export() {
     Reset();
+    vt::test::RecordingMessenger headerLog;
     EXPECT_TRUE(
-        WriteDefaultHeaderFile(state.files.SettingsFile, HeaderKind::Graphics, true, state.log)
+        WriteDefaultHeaderFile(state.files.SettingsFile, HeaderKind::Graphics, true, headerLog)
             .ok());
   }
   /// A fresh state with the diagonal on the canvas and the output folder in the temp folder.
@@ -53,7 +58,7 @@ class Export : public ::testing::Test {
     QFile::remove(OutFile());
   }
   void Draw(const QImage& image) {
-    settings::SetDisplaySize(state, image.width(), image.height());
+    app::SetDisplaySize(state, image.width(), image.height());
     for (int y = 0; y < image.height(); ++y) {
       for (int x = 0; x < image.width(); ++x) {
         const QRgb v = image.pixel(x, y);
@@ -359,4 +364,4 @@ TEST_F(Export, TheArrayIsSavedUnderACleanedNameOnlyWithDnask) {
 }
 
 }  // namespace
-}  // namespace vt::convert
+}  // namespace vt::app

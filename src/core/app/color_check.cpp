@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: MIT
-#include "canvas/color_check.h"
+#include "app/color_check.h"
 
 #include "app/messages.h"
+#include "app/palette_commands.h"
 #include "app/state.h"
 #include "canvas/color_reduction.h"
 
-namespace vt::canvas {
+namespace vt::app {
+
+using namespace canvas;
+
 namespace {
 
 using platform::DialogType;
@@ -13,18 +17,18 @@ using settings::PixelMode;
 namespace Answer = platform::Answer;
 namespace Buttons = platform::Buttons;
 
-void Tell(app::AppState& state, app::Services& services, const QString& text) {
-  app::MessageDlgA(state, services.dialogs, text, QString::fromLatin1(texts::kInfoTitle), 0,
-                   Buttons::Ok, DialogType::Information);
+void Tell(AppState& state, Services& services, const QString& text) {
+  MessageDlgA(state, services.dialogs, text, QString::fromLatin1(texts::kInfoTitle), 0, Buttons::Ok,
+              DialogType::Information);
 }
 
 /// Reduce, Convert, Cancel: the three captions answer 1, 2 and 4.
-int AskConvertOrReduce(app::AppState& state, app::Services& services, bool gray, int levels) {
+int AskConvertOrReduce(AppState& state, Services& services, bool gray, int levels) {
   const QString text = gray ? QStringLiteral("Convert or Reduce to Grayscale Palette \r") +
                                   QString::number(levels) + QStringLiteral(" gray levels")
                             : QStringLiteral("Convert or Reduce to Color Palette \r") +
                                   QString::number(levels) + QStringLiteral(" colors");
-  return app::MyMessageDialog(
+  return MyMessageDialog(
       state, services.dialogs, text, DialogType::Confirmation, 2,
       {QStringLiteral("Reduce"), QStringLiteral("Convert"), QStringLiteral("Cancel")},
       Buttons::Ok | Buttons::Cancel | Buttons::Retry,
@@ -33,13 +37,13 @@ int AskConvertOrReduce(app::AppState& state, app::Services& services, bool gray,
 
 }  // namespace
 
-int CheckGray256(app::AppState& state, const QImage& picture) {
+int CheckGray256(AppState& state, const QImage& picture) {
   const int found = CountPictureColors(picture);
   state.log.StatusBarAndLog(QStringLiteral("Found = ") + QString::number(found));
   return found;
 }
 
-ColorCheck CheckColorsSelection(app::AppState& state, app::Services& services, QImage& picture) {
+ColorCheck CheckColorsSelection(AppState& state, Services& services, QImage& picture) {
   const PixelMode mode = ModeOf(state.settings);
   if (settings::IsMonochromeMode(mode)) {
     return IsBlackAndWhite(picture) ? ColorCheck::Kept : ColorCheck::ThresholdPending;
@@ -67,8 +71,8 @@ ColorCheck CheckColorsSelection(app::AppState& state, app::Services& services, Q
     ReduceToPalette(picture, state.palettes, mode, state.blackWhite.Dither.method);
   } else if (ConvertToMyColor(picture, state.palettes, mode, services.escape) ==
              ConversionStatus::Interrupted) {
-    app::MessageDlgA(state, services.dialogs, QStringLiteral(" Processing interrupted by escape !"),
-                     QStringLiteral("Information"), 0, Buttons::Ok, DialogType::Information);
+    MessageDlgA(state, services.dialogs, QStringLiteral(" Processing interrupted by escape !"),
+                QStringLiteral("Information"), 0, Buttons::Ok, DialogType::Information);
     return ColorCheck::Converted;
   }
   if (gray) {
@@ -86,4 +90,4 @@ ColorCheck CheckColorsSelection(app::AppState& state, app::Services& services, Q
   return reduce ? ColorCheck::Reduced : ColorCheck::Converted;
 }
 
-}  // namespace vt::canvas
+}  // namespace vt::app

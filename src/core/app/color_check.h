@@ -12,7 +12,7 @@ struct AppState;
 struct Services;
 }  // namespace vt::app
 
-namespace vt::canvas {
+namespace vt::app {
 
 namespace texts {
 inline constexpr char kConvertToGrayscaleTitle[] = "Convert to Grayscale";
@@ -44,10 +44,10 @@ enum class ColorCheck {
 ///    all under "Info".
 /// An Escape during the map stops it with " Processing interrupted by escape !"; the picture
 /// stays as far as it came.
-ColorCheck CheckColorsSelection(app::AppState& state, app::Services& services, QImage& picture);
+ColorCheck CheckColorsSelection(AppState& state, Services& services, QImage& picture);
 
 /// CheckGray256: counts the distinct colours of `picture` and reports "Found = " + n in the
 /// status bar. Returns n.
-int CheckGray256(app::AppState& state, const QImage& picture);
+int CheckGray256(AppState& state, const QImage& picture);
 
-}  // namespace vt::canvas
+}  // namespace vt::app

@@ -1,15 +1,18 @@
 // SPDX-License-Identifier: MIT
-#include "settings/pixel_modes.h"
+#include "app/pixel_mode_commands.h"
 
 #include <gtest/gtest.h>
 
 #include <QSet>
 #include <tuple>
 
+#include "app/state.h"
 #include "support/temp_folders.h"
 
-namespace vt::settings {
+namespace vt::app {
 namespace {
+
+using namespace settings;
 
 namespace Answer = platform::Answer;
 using platform::DialogType;
@@ -94,7 +97,7 @@ const ModeCase kModeCases[] = {
 
 /// A state whose mode is `start`, with a blank canvas, no dialogs shown and an empty log.
 struct Fixture {
-  test::TestServices ts;
+  vt::test::TestServices ts;
   app::AppState state;
   explicit Fixture(M start = M::Monochrome) {
     state.canvas.Resize(16, 8);
@@ -276,4 +279,4 @@ TEST(CurrentPixelMode, MixedFlagsResolveInStartUpOrder) {
 }
 
 }  // namespace
-}  // namespace vt::settings
+}  // namespace vt::app

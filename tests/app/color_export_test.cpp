@@ -3,26 +3,32 @@
 
 #include <QRegularExpression>
 
+#include "app/display_commands.h"
+#include "app/export_driver.h"
+#include "app/palette_commands.h"
 #include "app/state.h"
 #include "convert/color_lut.h"
-#include "convert/export_driver.h"
+#include "convert/convert_test_util.h"
 #include "convert/header_template.h"
-#include "convert_test_util.h"
+#include "recording_messenger.h"
 #include "settings/geometry.h"
 #include "temp_folders.h"
 
-namespace vt::convert {
+namespace vt::app {
 namespace {
 
-using test::Hex;
-using test::With;
+using namespace convert;
+
+using convert::test::Hex;
+using convert::test::With;
 
 class ColorExport : public ::testing::Test {
  protected:
   ColorExport() {
     state.files.SettingsFile = t.folders.Path(QStringLiteral("p.LCD"));
+    vt::test::RecordingMessenger headerLog;
     EXPECT_TRUE(
-        WriteDefaultHeaderFile(state.files.SettingsFile, HeaderKind::Graphics, true, state.log)
+        WriteDefaultHeaderFile(state.files.SettingsFile, HeaderKind::Graphics, true, headerLog)
             .ok());
   }
   /// Puts `colors` (0x00BBGGRR) on the canvas as each of `height` rows and exports it.
@@ -30,7 +36,7 @@ class ColorExport : public ::testing::Test {
     state.settings = With(keys);
     state.settings.folder.OFP = t.folders.Path(QStringLiteral("out"));
     state.settings.output.nbmfn = QStringLiteral("Logo.png");
-    settings::SetDisplaySize(state, int(colors.size()), height);
+    app::SetDisplaySize(state, int(colors.size()), height);
     for (int y = 0; y < height; ++y) {
       for (int x = 0; x < int(colors.size()); ++x) state.canvas.SetPixel(x, y, colors[x]);
     }
@@ -123,4 +129,4 @@ TEST_F(ColorExport, ColourLookUpTableListsThePalette) {
 }
 
 }  // namespace
-}  // namespace vt::convert
+}  // namespace vt::app

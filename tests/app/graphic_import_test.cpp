@@ -1,23 +1,28 @@
 // SPDX-License-Identifier: MIT
-#include "canvas/graphic_loading.h"
+#include "app/graphic_import.h"
 
 #include <gtest/gtest.h>
 
 #include <QBuffer>
 #include <QtEndian>
 
+#include "app/canvas_commands.h"
+#include "app/display_commands.h"
 #include "app/shell_commands.h"
-#include "canvas/canvas_commands.h"
+#include "app/threshold_commands.h"
+#include "canvas/graphic_loading.h"
+#include "canvas/pictures.h"
 #include "canvas/threshold.h"
-#include "pictures.h"
 #include "settings/geometry.h"
 #include "temp_folders.h"
 #include "util/atomic_write.h"
 
-namespace vt::canvas {
+namespace vt::app {
 namespace {
 
-using test::Picture;
+using namespace canvas;
+
+using canvas::test::Picture;
 
 // A 1x1 GIF89a of one black pixel, written out byte by byte, and the same with a second frame.
 const QByteArray kGif =
@@ -54,7 +59,7 @@ QByteArray PngClaiming(quint32 w, quint32 h) {
 
 class Loading : public ::testing::Test {
  protected:
-  Loading() { settings::SetDisplaySize(state, 8, 4); }
+  Loading() { app::SetDisplaySize(state, 8, 4); }
   QString File(const QString& name, const QByteArray& bytes) {
     const QString path = t.folders.Path(name);
     EXPECT_TRUE(WriteFileAtomically(path, bytes).ok());
@@ -181,7 +186,7 @@ TEST_F(Loading, DitheringOnLoadMakesTheCheckFindNothingToConvert) {
   AssignInPutBitmap(state, t.services, picture, true);
   EXPECT_FALSE(state.canvas.Selection().ConversionPending());
   EXPECT_FALSE(state.blackWhite.Visible);
-  EXPECT_EQ(test::RowsOf(state.canvas.Selection().Layer()), QStringLiteral("#."));
+  EXPECT_EQ(canvas::test::RowsOf(state.canvas.Selection().Layer()), QStringLiteral("#."));
 }
 
 TEST_F(Loading, AGifLoadsItsFirstFrameAndSaysSo) {
@@ -216,7 +221,7 @@ TEST_F(Loading, ReloadTakesTheLastFileAgainOrSaysWhyNot) {
   ASSERT_TRUE(DoPaste(state, t.services, BlackWhiteConversions(state)));
   state.canvas.Clear();
   ASSERT_TRUE(ReloadLastCanvasButtonClick(state, t.services));
-  EXPECT_EQ(test::RowsOf(state.canvas.Selection().Layer()), QStringLiteral("#..#"));
+  EXPECT_EQ(canvas::test::RowsOf(state.canvas.Selection().Layer()), QStringLiteral("#..#"));
   // A file since gone is named.
   // A new run finds it among the recent files.
   state.files.LastCanvasFile.clear();
@@ -238,7 +243,7 @@ TEST_F(Loading, TheImportAngleTurnsPicturesButNotGifsOrSvgs) {
   state.ImportAngle = 90;  // clockwise: the top left pixel goes to the top right
   const QByteArray art = Encoded(Picture(QStringLiteral("#..|...")), "png");
   ASSERT_TRUE(ImportImageMDIChild(state, t.services, File(QStringLiteral("a.png"), art), false));
-  EXPECT_EQ(test::RowsOf(state.canvas.Selection().Layer()), QStringLiteral(".#|..|.."));
+  EXPECT_EQ(canvas::test::RowsOf(state.canvas.Selection().Layer()), QStringLiteral(".#|..|.."));
   state.canvas.DisableSelection();
   ASSERT_TRUE(ImportImageMDIChild(state, t.services, File(QStringLiteral("b.gif"), kGif), false));
   EXPECT_EQ(state.canvas.Selection().Layer().size(), QSize(1, 1));
@@ -267,4 +272,4 @@ TEST(CalcCloseCrop, HoldsEveryPixelUnlikeTheFirstAndWants24Bits) {
 }
 
 }  // namespace
-}  // namespace vt::canvas
+}  // namespace vt::app

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "convert/export_driver.h"
+#include "app/export_driver.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -11,6 +11,7 @@
 
 #include "app/messages.h"
 #include "app/output_naming.h"
+#include "app/palette_commands.h"
 #include "app/state.h"
 #include "canvas/auto_framing.h"
 #include "canvas/color_reduction.h"
@@ -23,7 +24,11 @@
 #include "settings/geometry.h"
 #include "settings/pixel_modes.h"
 
-namespace vt::convert {
+namespace vt::app {
+
+// The export drives the converters at every step.
+using namespace convert;
+
 namespace {
 
 namespace Answer = platform::Answer;
@@ -31,9 +36,9 @@ using platform::DialogType;
 namespace Buttons = platform::Buttons;
 
 /// A notice with one Ok button.
-void Tell(app::AppState& state, app::Services& services, const QString& text,
-          const QString& caption, DialogType type) {
-  app::MessageDlgA(state, services.dialogs, text, caption, 0, Buttons::Ok, type);
+void Tell(AppState& state, Services& services, const QString& text, const QString& caption,
+          DialogType type) {
+  MessageDlgA(state, services.dialogs, text, caption, 0, Buttons::Ok, type);
 }
 
 bool IsTextTarget(const settings::Settings& s) { return DataTargetOf(s.width) == DataTarget::Text; }
@@ -107,8 +112,8 @@ ExportResult Ended(ExportStatus status) {
 
 /// Colour reduction of the canvas to the palette of the mode, and the application's colour
 /// table for 256 colours with more than 236 colours on the canvas.
-void ReduceCanvasColors(app::AppState& state, app::Services& services, const ExportRun& run) {
-  canvas::LoadModePalette(state, services);
+void ReduceCanvasColors(AppState& state, Services& services, const ExportRun& run) {
+  LoadModePalette(state, services);
   const bool colors256 = run.settings.pixel.C256 && !run.settings.pixel.G256;
   if (!colors256 && !canvas::HasUnknownColor(state.canvas.Bitmap(),
                                              *state.palettes.index.For(state.palettes.Colors()))) {
@@ -122,14 +127,14 @@ void ReduceCanvasColors(app::AppState& state, app::Services& services, const Exp
 }
 /// The floating layer goes onto the canvas (with its undo step) and the selection counts as
 /// pasted.
-void PasteFloatingSelection(app::AppState& state, ExportRun& run) {
+void PasteFloatingSelection(AppState& state, ExportRun& run) {
   state.canvas.PasteSelection(false, IsMonochrome(run.settings));
   run.selection.SelectionPasted = true;
 }
 /// The search and replace grid over the main editor (asrg, text output only).
-void RunSearchReplaceGrid(app::AppState&, const ExportRun&) {}
+void RunSearchReplaceGrid(AppState&, const ExportRun&) {}
 /// The file the run saves to: the request's path, or OFP + "/" + OutputFileName.
-QString OutputPath(const app::AppState& state, const ExportRun& run) {
+QString OutputPath(const AppState& state, const ExportRun& run) {
   return run.request.savePath.isEmpty()
              ? state.settings.folder.OFP + QLatin1Char('/') + run.OutputFileName
              : run.request.savePath;
@@ -137,7 +142,7 @@ QString OutputPath(const app::AppState& state, const ExportRun& run) {
 
 /// Intel Hex: the last partial record and ":00000001FF"; binary: the size in the status, and
 /// the hex editor read-only with HexRo. Nothing for an export that stopped.
-void FinishByteTarget(app::AppState& state, ExportRun& run) {
+void FinishByteTarget(AppState& state, ExportRun& run) {
   if (run.ExportAbort || run.ExportCancelled) return;
   switch (DataTargetOf(run.settings.width)) {
     case DataTarget::IntelHex:
@@ -153,10 +158,10 @@ void FinishByteTarget(app::AppState& state, ExportRun& run) {
   }
 }
 /// The text post-processing batch (Autop) and its notice.
-void RunPostProcessing(app::AppState&, app::Services&, const ExportRun&) {}
+void RunPostProcessing(AppState&, Services&, const ExportRun&) {}
 /// The export report document, PFP + "/" + the output name + ".rtf" (beside the data file when
 /// the request names its path or no project folder is set).
-void WriteExportReport(app::AppState& state, app::Services& services, const ExportRun& run) {
+void WriteExportReport(AppState& state, Services& services, const ExportRun& run) {
   const settings::Settings& s = run.settings;
   const QString dataPath = OutputPath(state, run);
   const QString folder = run.request.savePath.isEmpty() && !s.folder.PFP.isEmpty()
@@ -180,18 +185,19 @@ void WriteExportReport(app::AppState& state, app::Services& services, const Expo
   info.bytes = run.valueCount;
   info.compression = run.compression;
   info.dataByteCount = run.DataByteCount;
-  convert::WriteExportReport(state, services, s,
+  AppMessenger messenger(state, services.dialogs);
+  convert::WriteExportReport(messenger, services.fileUse, s,
                              folder + QLatin1Char('/') +
                                  QFileInfo(run.OutputFileName).completeBaseName() +
                                  QStringLiteral(".rtf"),
                              info);
 }
 /// The frame loop of an animation and its clip file.
-bool ExportAnimationFrames(app::AppState&, app::Services&, ExportRun&) { return false; }
+bool ExportAnimationFrames(AppState&, Services&, ExportRun&) { return false; }
 
 /// Saves the editor where the run asks: the request's path, or OFP + "/" + OutputFileName.
 /// Returns the path written, or empty after telling of a failure.
-QString SaveEditorText(app::AppState& state, app::Services& services, const ExportRun& run) {
+QString SaveEditorText(AppState& state, Services& services, const ExportRun& run) {
   const QString path = OutputPath(state, run);
   QDir().mkpath(QFileInfo(path).absolutePath());
   const Result<bool> saved = DataTargetOf(run.settings.width) == DataTarget::Binary
@@ -208,28 +214,7 @@ QString SaveEditorText(app::AppState& state, app::Services& services, const Expo
 
 }  // namespace
 
-void ApplyWordWidth(settings::OutputWidthSettings& w, WordWidthChoice choice) {
-  w = settings::OutputWidthSettings{false, false, false, false, false};
-  switch (choice) {
-    case WordWidthChoice::Bits8:
-      w.D8bc = true;
-      break;
-    case WordWidthChoice::Bits16:
-      w.D16bc = true;
-      break;
-    case WordWidthChoice::Bits32:
-      w.D32bc = true;
-      break;
-    case WordWidthChoice::IntelHex:
-      w.DIHec = true;
-      break;
-    case WordWidthChoice::Binary:
-      w.DHec = true;
-      break;
-  }
-}
-
-ExportDialogSetup FillExportDialog(const app::AppState& state, ExportRequest previous) {
+ExportDialogSetup FillExportDialog(const AppState& state, ExportRequest previous) {
   const settings::Settings& s = state.settings;
   ExportDialogSetup setup;
   ExportRequest& r = setup.request;
@@ -271,7 +256,7 @@ void ResetSpecialSettings(ExportRequest& request) {
   request.RunPostProcess = false;
 }
 
-ExportResult EncodeButtonClick(app::AppState& state, app::Services& services, ExportRequest request,
+ExportResult EncodeButtonClick(AppState& state, Services& services, ExportRequest request,
                                bool confirmed) {
   state.log.StatusBarAndLog(QStringLiteral("Export Work Canvas to Data"));
   state.log.Laction = QStringLiteral("EncodeButtonClick");
@@ -291,7 +276,7 @@ ExportResult EncodeButtonClick(app::AppState& state, app::Services& services, Ex
 
   // The data of the last export has not been saved.
   if (state.text.Modified()) {
-    const int answer = app::MyMessageDialog(
+    const int answer = MyMessageDialog(
         state, services.dialogs,
         QStringLiteral("Data in Text Editor has not been saved to File ! \rOverwrite if not "
                        "Willing to Save\r< See File Explorer Window"),
@@ -394,8 +379,7 @@ ExportResult EncodeButtonClick(app::AppState& state, app::Services& services, Ex
   return TranslateCanvas(state, services, request);
 }
 
-ExportResult TranslateCanvas(app::AppState& state, app::Services& services,
-                             const ExportRequest& request) {
+ExportResult TranslateCanvas(AppState& state, Services& services, const ExportRequest& request) {
   state.log.Laction = QStringLiteral("TranslateCanvas");
   settings::Settings& stored = state.settings;
   const settings::PixelModeSettings& p = stored.pixel;
@@ -412,10 +396,10 @@ ExportResult TranslateCanvas(app::AppState& state, app::Services& services,
   }
   // The output name from the artwork name, cleared of what no array name may hold. (The
   // cursor of each walk starts with the font flags off.)
-  app::defineOutputFileName(state);
+  defineOutputFileName(state);
   const QString panelName =
-      app::defineOutputFileNameEXT(state.files.OutputFileName, stored, stored.width.DHec);
-  state.files.OutputFileName = app::CleanOutputFileName(QFileInfo(panelName).fileName());
+      defineOutputFileNameEXT(state.files.OutputFileName, stored, stored.width.DHec);
+  state.files.OutputFileName = CleanOutputFileName(QFileInfo(panelName).fileName());
   run.OutputFileName = state.files.OutputFileName;
 
   // Directions and modes that have no walk.
@@ -505,7 +489,7 @@ ExportResult TranslateCanvas(app::AppState& state, app::Services& services,
   return result;
 }
 
-bool ExportFrames(app::AppState& state, app::Services& services, ExportRun& run) {
+bool ExportFrames(AppState& state, Services& services, ExportRun& run) {
   state.log.Laction = QStringLiteral("ExportFrames");
   settings::Settings& s = run.settings;
 
@@ -552,7 +536,7 @@ bool ExportFrames(app::AppState& state, app::Services& services, ExportRun& run)
       PasteFloatingSelection(state, run);
     } else {
       if (IsMonochrome(s) && !state.canvas.IsBlackAndWhite()) {
-        app::MyMessageDialog(
+        MyMessageDialog(
             state, services.dialogs,
             QStringLiteral("Conversion to Black and White has not been done !\r\r") +
                 QStringLiteral(
@@ -562,7 +546,7 @@ bool ExportFrames(app::AppState& state, app::Services& services, ExportRun& run)
                                "of Work Canvas "),
             DialogType::Error, 0, {QStringLiteral("Abort")}, Buttons::Ok);
       } else {
-        const int answer = app::MyMessageDialog(
+        const int answer = MyMessageDialog(
             state, services.dialogs,
             QStringLiteral(" Floating Selection layer has not been pasted to Work Canvas !\r "
                            "Paste now or Abort Conversion ? "),
@@ -584,9 +568,8 @@ bool ExportFrames(app::AppState& state, app::Services& services, ExportRun& run)
           : sel.fromSubdivision
               ? QStringLiteral(" Export Selected Work Canvas Subdivision to Data Array ? ")
               : QStringLiteral(" Export Selected Area to Data Array ? ");
-      const int answer =
-          app::MessageDlgA(state, services.dialogs, question, QStringLiteral("Confirm"), 0,
-                           Buttons::Yes | Buttons::No, DialogType::Confirmation);
+      const int answer = MessageDlgA(state, services.dialogs, question, QStringLiteral("Confirm"),
+                                     0, Buttons::Yes | Buttons::No, DialogType::Confirmation);
       if (answer == Answer::No) {
         run.ExportAbort = true;
         return false;
@@ -618,7 +601,7 @@ bool ExportFrames(app::AppState& state, app::Services& services, ExportRun& run)
   return written;
 }
 
-bool WriteArray(app::AppState& state, app::Services& services, ExportRun& run) {
+bool WriteArray(AppState& state, Services& services, ExportRun& run) {
   state.log.Laction = QStringLiteral("WriteArray");
   const settings::Settings& s = run.settings;
   const CanvasSelection& sel = run.selection;
@@ -671,7 +654,7 @@ bool WriteArray(app::AppState& state, app::Services& services, ExportRun& run) {
   HexByteTarget* hexTarget = nullptr;
   if (target == DataTarget::Binary) hexTarget = &binaryTarget;
   if (target == DataTarget::IntelHex) hexTarget = &intelHexTarget;
-  canvas::LoadModePalette(state, services);
+  LoadModePalette(state, services);
   const std::unique_ptr<ColorSearch> search = ModeColorSearch(state.palettes, canvas::ModeOf(s));
   ColorSearch& colors = *search;
   ArrayRequest request{s,
@@ -729,4 +712,4 @@ QImage InterlaceBitmap(const QImage& bitmap) {
   return result;
 }
 
-}  // namespace vt::convert
+}  // namespace vt::app

@@ -1,18 +1,22 @@
 // SPDX-License-Identifier: MIT
-#include "canvas/color_check.h"
+#include "app/color_check.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 
+#include "app/display_commands.h"
+#include "app/pixel_mode_commands.h"
 #include "app/state.h"
 #include "canvas/color_reduction.h"
-#include "pictures.h"
+#include "canvas/pictures.h"
 #include "settings/geometry.h"
 #include "temp_folders.h"
 
-namespace vt::canvas {
+namespace vt::app {
 namespace {
+
+using namespace canvas;
 
 using settings::PixelMode;
 namespace Answer = platform::Answer;
@@ -40,7 +44,7 @@ QImage ColourRow() {
 class ColorCheckTest : public ::testing::Test {
  protected:
   ColorCheck Check(PixelMode mode, QImage& picture, std::optional<int> answer = {}) {
-    (void)settings::SelectPixelMode(state, t.services, mode);  // false when already set
+    (void)app::SelectPixelMode(state, t.services, mode);  // false when already set
     EXPECT_EQ(ModeOf(state.settings), mode);
     t.dialogs.shown.clear();
     state.log.Clear();
@@ -128,7 +132,7 @@ TEST_F(ColorCheckTest, PicturesThatFitAreKeptWithoutAQuestion) {
       {PixelMode::Monochrome, "r.", ColorCheck::ThresholdPending, 0xFFFF0000},
   };
   for (const auto& c : cases) {
-    QImage picture = test::Picture(QString::fromLatin1(c.rows));
+    QImage picture = canvas::test::Picture(QString::fromLatin1(c.rows));
     EXPECT_EQ(Check(c.mode, picture), c.result) << c.rows;
     EXPECT_TRUE(t.dialogs.shown.isEmpty()) << c.rows;
     EXPECT_EQ(picture.pixel(0, 0), c.first) << c.rows;
@@ -151,4 +155,4 @@ TEST(ReduceToPalette, DiffusesTheErrorOverTheModesOwnColours) {
 }
 
 }  // namespace
-}  // namespace vt::canvas
+}  // namespace vt::app

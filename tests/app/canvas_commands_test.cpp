@@ -1,20 +1,22 @@
 // SPDX-License-Identifier: MIT
-#include "canvas/canvas_commands.h"
+#include "app/canvas_commands.h"
 
 #include <gtest/gtest.h>
 
 #include <tuple>
 
-#include "pictures.h"
+#include "canvas/pictures.h"
 #include "settings/pixel_modes.h"
 #include "support/temp_folders.h"
 
-namespace vt::canvas {
+namespace vt::app {
 namespace {
 
+using namespace canvas;
+
 namespace Answer = platform::Answer;
-using test::Picture;
-using test::RowsOf;
+using canvas::test::Picture;
+using canvas::test::RowsOf;
 
 /// A monochrome state with a 4 x 1 white canvas and a colour layer floating at the left, still
 /// to be converted.
@@ -136,4 +138,4 @@ TEST(CanvasCommands, ClearAsksAndEscapeDropsTheLayer) {
 }
 
 }  // namespace
-}  // namespace vt::canvas
+}  // namespace vt::app

@@ -3,20 +3,24 @@
 
 #include <gtest/gtest.h>
 
+#include "app/display_commands.h"
+#include "app/graphic_import.h"
 #include "app/state.h"
-#include "pictures.h"
+#include "canvas/pictures.h"
 #include "settings/geometry.h"
 #include "temp_folders.h"
 
-namespace vt::canvas {
+namespace vt::app {
 namespace {
 
-using test::Picture;
-using test::RowsOf;
+using namespace canvas;
+
+using canvas::test::Picture;
+using canvas::test::RowsOf;
 
 class PreviewTest : public ::testing::Test {
  protected:
-  PreviewTest() { settings::SetDisplaySize(state, 8, 4); }
+  PreviewTest() { app::SetDisplaySize(state, 8, 4); }
   /// Opens a picture of `rows` saved as a PNG.
   void Open(const char* rows) {
     const QString path = t.folders.Path(QStringLiteral("shot.png"));
@@ -81,4 +85,4 @@ TEST_F(PreviewTest, TheImportTakesTheAreaAsTheFloatingLayer) {
 }
 
 }  // namespace
-}  // namespace vt::canvas
+}  // namespace vt::app

@@ -15,15 +15,21 @@
 #include "convert/compression.h"
 #include "convert/header_template.h"
 #include "convert/intel_hex.h"
+#include "convert/output_width.h"
 #include "convert/scan_walker.h"
 #include "settings/settings.h"
 
 namespace vt::app {
+
 struct AppState;
 struct Services;
-}  // namespace vt::app
 
-namespace vt::convert {
+using convert::AreaBounds;
+using convert::CompressionCounters;
+using convert::HalfExport;
+using convert::HeaderText;
+using convert::IntelHexState;
+using convert::WordWidthChoice;
 
 /// The choices of the "Full / Partial" group of the export dialog.
 enum AreaChoiceValue {
@@ -33,14 +39,6 @@ enum AreaChoiceValue {
   kAreaSelected = 3,     ///< "Export Area of Work Canvas"
   kAreaSubdivision = 4,  ///< "Export Selected Subdivision >"
 };
-
-/// The word width group of the export dialog ("8 bits", "16 bits", "32 bits ", "Intel Hex").
-/// Binary stands for the binary file output, which the group does not offer: no button is
-/// checked then.
-enum class WordWidthChoice { Bits8, Bits16, Bits32, IntelHex, Binary };
-
-/// Sets exactly the one width key of `choice` (D8bc, D16bc, D32bc, DIHec or DHec).
-void ApplyWordWidth(settings::OutputWidthSettings& w, WordWidthChoice choice);
 
 /// A selection on the Work Canvas: X1, Y1 inclusive, X2, Y2 one past the last pixel.
 struct CanvasSelection {
@@ -98,7 +96,7 @@ struct ExportDialogSetup {
 /// (area, subdivision, interleaving); the boxes follow their keys. Halves are offered only with
 /// a horizontal direction, compression only in monochrome with a text target, post-processing
 /// only with a text target.
-ExportDialogSetup FillExportDialog(const app::AppState& state, ExportRequest previous = {});
+ExportDialogSetup FillExportDialog(const AppState& state, ExportRequest previous = {});
 
 /// "Reset ALL special settings": compression, rearrangement, interleaving and auto framing off,
 /// the full canvas, no search and replace, no post-processing.
@@ -156,7 +154,7 @@ struct ExportResult {
 /// the dialog's own checks: a file being edited in the explorer, halves without a horizontal
 /// direction, a subdivision without subdivisions (both back to the full canvas). The word width
 /// and the boxes go to their keys. A subdivision becomes a pasted selection. Then TranslateCanvas.
-ExportResult EncodeButtonClick(app::AppState& state, app::Services& services, ExportRequest request,
+ExportResult EncodeButtonClick(AppState& state, Services& services, ExportRequest request,
                                bool confirmed);
 
 /// The export of the canvas, also the entry of batches. Checks in this order: compression with
@@ -169,8 +167,7 @@ ExportResult EncodeButtonClick(app::AppState& state, app::Services& services, Ex
 /// lines), ExportFrames runs (once more after "Paste Now"), and the canvas is restored from the
 /// copy. A complete array is saved atomically to OFP + "/" + OutputFileName when Dnask holds
 /// (or where the request says); a failed save shows its error and leaves the old file.
-ExportResult TranslateCanvas(app::AppState& state, app::Services& services,
-                             const ExportRequest& request);
+ExportResult TranslateCanvas(AppState& state, Services& services, const ExportRequest& request);
 
 /// The export proper on the run. Compression is refused with ColRx and in 6-bit mode (the key
 /// is cleared, the export goes on); the auto frame is taken when asked and no selection is
@@ -179,17 +176,17 @@ ExportResult TranslateCanvas(app::AppState& state, app::Services& services,
 /// with the black-and-white or the paste question ("Paste Now" asks for a repeat); a pasted
 /// selection is confirmed unless a batch runs; DataByteCount; the two-page gray direction check;
 /// then WriteArray. Returns true when the array was completed.
-bool ExportFrames(app::AppState& state, app::Services& services, ExportRun& run);
+bool ExportFrames(AppState& state, Services& services, ExportRun& run);
 
 /// One array into the text editor, which is cleared first: ST7 outside the 16 gray mode
 /// refuses; a floating selection refuses; a selection off the page grid writes "Area selected
 /// out of" and "paging sheme sectors !" into the editor instead; ArrayName from the output file
 /// name; the header from the graphics template beside the settings file (a missing template is
 /// warned of), the preamble, the walk and the end of the array. Returns false when it stopped.
-bool WriteArray(app::AppState& state, app::Services& services, ExportRun& run);
+bool WriteArray(AppState& state, Services& services, ExportRun& run);
 
 /// The lines of `bitmap` in interleaved order: line 0, then line h/2 (rounded up), then line 1,
 /// and so on (0, 32, 1, 33, 2 ... for a height of 64).
 QImage InterlaceBitmap(const QImage& bitmap);
 
-}  // namespace vt::convert
+}  // namespace vt::app

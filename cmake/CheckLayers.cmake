@@ -1,0 +1,46 @@
+# SPDX-License-Identifier: MIT
+# Checks that each folder of the core includes only the folders below it:
+#   util < platform < settings < canvas < convert < fonts | vector | batch < app
+# Usage: cmake -DCORE=<path to src/core> -P CheckLayers.cmake
+# Fails, listing every offending include, when a folder includes one at its own rank or above
+# (its own folder excepted).
+if(NOT CORE)
+  message(FATAL_ERROR "CheckLayers: give -DCORE=<path to src/core>")
+endif()
+set(_ranks util 0 platform 1 settings 2 canvas 3 convert 4 fonts 5 vector 5 batch 5 app 6)
+function(_rank_of folder out)
+  list(FIND _ranks "${folder}" index)
+  if(index EQUAL -1)
+    set(${out} -1 PARENT_SCOPE)
+  else()
+    math(EXPR next "${index} + 1")
+    list(GET _ranks ${next} rank)
+    set(${out} ${rank} PARENT_SCOPE)
+  endif()
+endfunction()
+
+file(GLOB_RECURSE _files RELATIVE "${CORE}" "${CORE}/*.h" "${CORE}/*.cpp")
+set(_bad "")
+foreach(_file IN LISTS _files)
+  string(REGEX MATCH "^[^/]+" _folder "${_file}")
+  _rank_of("${_folder}" _own)
+  if(_own EQUAL -1)
+    continue()
+  endif()
+  file(STRINGS "${CORE}/${_file}" _includes REGEX "^[ \t]*#[ \t]*include[ \t]*\"[a-z_]+/")
+  foreach(_line IN LISTS _includes)
+    string(REGEX REPLACE "^[ \t]*#[ \t]*include[ \t]*\"([a-z_]+)/.*$" "\\1" _target "${_line}")
+    if(_target STREQUAL _folder)
+      continue()
+    endif()
+    _rank_of("${_target}" _theirs)
+    if(_theirs GREATER_EQUAL _own)
+      list(APPEND _bad "${_file} includes ${_target}/")
+    endif()
+  endforeach()
+endforeach()
+if(_bad)
+  list(JOIN _bad "\n  " _text)
+  message(FATAL_ERROR "Includes against the layers of the core "
+                      "(util < platform < settings < canvas < convert < fonts|vector|batch < app):\n  ${_text}")
+endif()
