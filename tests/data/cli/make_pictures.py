@@ -147,6 +147,7 @@ def main():
     write('export_picture_too_large', 'wide.png', png_bytes([[WHITE] * 1025]))
     write('export_truncated_picture', 'cut.png', mono[:60])
     write('export_not_a_picture', 'words.png', b'these are words, not a picture\n')
+    write('export_not_a_graphic_file', 'words.txt', b'these are words, not a picture\n')
 
 
 if __name__ == '__main__':
