@@ -66,9 +66,12 @@ TEST_F(CliExport, TheFileIsTheDriversTextAndTheSettingsFileKeepsItsDirection) {
             0)
       << e.toStdString();
   outStream.flush();
+  errStream.flush();
   // Without -o the array goes to the output folder, named after the picture without "-".
-  const QString written = o.trimmed();
-  EXPECT_TRUE(written.endsWith(QStringLiteral("/Output Files/splash1.h"))) << written.toStdString();
+  const QString written =
+      t.folders.Documents() + QStringLiteral("/Vantorelle Project/Output Files/splash1.h");
+  EXPECT_EQ(o, written + QLatin1Char('\n'));
+  EXPECT_TRUE(e.isEmpty()) << e.toStdString();
   EXPECT_EQ(test::ReadAll(written), state.text.Text(QStringLiteral("\r\n")).toUtf8());
   EXPECT_TRUE(state.text.Text().contains(QStringLiteral(" splash1 ")));
   std::vector<int> downwards;
@@ -91,34 +94,56 @@ TEST_F(CliExport, RefusalsNameTheirCauseAndWriteNothing) {
   colour.setPixel(3, 3, qRgb(200, 0, 0));
   const QString coloured = folders.Path(QStringLiteral("colour.png"));
   colour.save(coloured);
+  const QString none = folders.Path(QStringLiteral("none.png"));
   struct Case {
     QStringList args;
     int status;
-    const char* message;
+    QString message;  // the whole of standard error
   } cases[] = {
-      {{folders.Path(QStringLiteral("none.png"))}, 1, "none.png"},
-      {{corrupt.fileName()}, 1, "corrupt.png"},
-      {{huge}, 1, "at most 1024x768"},
-      {{coloured}, 1, "Conversion to Black and White has not been done !"},
-      {{coloured, QStringLiteral("--threshold"), QStringLiteral("256")}, 2, "0 to 255"},
-      {{coloured, QStringLiteral("--dither"), QStringLiteral("atkinson")}, 2, "steve-arche"},
+      {{none}, 1, "vantorelle-cli: " + none + ": no such file\n"},
+      // The decoder's own words for a broken file.
+      {{corrupt.fileName()},
+       1,
+       "vantorelle-cli: " + corrupt.fileName() + ": Unable to read image data\n"},
+      {{huge},
+       1,
+       "vantorelle-cli: " + huge +
+           ": the picture is 1100x8 pixels; a display is at most 1024x768\n"},
+      {{coloured},
+       1,
+       "Error: Conversion to Black and White has not been done !\n\n"
+       " Abort and then perform Dithering (AUTO-Conversion to Black and White)\n"
+       " OR for MANUAL Conversion, move Threshold Slider located on top of Work Canvas \n"},
+      {{coloured, QStringLiteral("--threshold"), QStringLiteral("256")},
+       2,
+       "vantorelle-cli: --threshold is a slider position from 0 to 255, not '256'\n"},
+      {{coloured, QStringLiteral("--dither"), QStringLiteral("atkinson")},
+       2,
+       "vantorelle-cli: unknown dithering method 'atkinson'; one of nearest, floyd-steinberg, "
+       "stucki, sierra, jajuni, steve-arche, burkes\n"},
       {{picture, QStringLiteral("--mode"), QStringLiteral("gray4"), QStringLiteral("--threshold"),
         QStringLiteral("9")},
        2,
-       "monochrome modes only"},
-      {{picture, QStringLiteral("--direction"), QStringLiteral("up")}, 2, "unknown direction"},
+       "vantorelle-cli: --threshold and --dither apply to the monochrome modes only\n"},
+      {{picture, QStringLiteral("--direction"), QStringLiteral("up")},
+       2,
+       "vantorelle-cli: unknown direction 'up'; one of tr, tl, tra, tla, td, tda, tu, tua\n"},
       {{picture, QStringLiteral("--set"), QStringLiteral("ccomp=1"), QStringLiteral("--set"),
         QStringLiteral("D8bc=0"), QStringLiteral("--set"), QStringLiteral("D16bc=1")},
        1,
-       "Sorry, Data compression only works in the 8 bit output mode !"},
-      {{}, 2, "usage"},
+       "Info: Sorry, Data compression only works in the 8 bit output mode !\n"},
+      {{},
+       2,
+       "vantorelle-cli: usage: vantorelle-cli export IMAGE [--settings FILE] [--mode NAME] "
+       "[--direction KEY] [--corner N] [--set KEY=VALUE]... [--output-width 8|16|32|bin|ihex] "
+       "[--threshold N | --dither METHOD] [-o OUTPUT]\n"},
   };
   for (const Case& c : cases) {
-    SCOPED_TRACE(c.message);
+    SCOPED_TRACE(c.message.toStdString());
     EXPECT_EQ(Exec(c.args + QStringList{QStringLiteral("--settings"), settingsFile,
                                         QStringLiteral("-o"), output}),
               c.status);
-    EXPECT_TRUE(err.contains(QString::fromUtf8(c.message))) << err.toStdString();
+    EXPECT_EQ(err, c.message);
     EXPECT_TRUE(out.isEmpty());
     EXPECT_FALSE(QFile::exists(output));
   }
