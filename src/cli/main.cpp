@@ -6,6 +6,7 @@
 #include <exception>
 
 #include "cli/cli.h"
+#include "platform/posix/process_file_use.h"
 #include "platform/qt/qt_folders.h"
 
 int main(int argc, char* argv[]) {
@@ -17,7 +18,7 @@ int main(int argc, char* argv[]) {
   QTextStream err(stderr);
   try {
     vt::platform::QtFolders folders;
-    vt::platform::NoFileUse fileUse;
+    vt::platform::ProcessFileUse fileUse;
     QStringList args = QCoreApplication::arguments();
     args.removeFirst();
     return vt::cli::RunCli(args, out, err, folders, fileUse);

@@ -55,6 +55,7 @@
 #include "gui/source_editor.h"
 #include "gui/threshold_tool.h"
 #include "platform/clock.h"
+#include "platform/posix/process_file_use.h"
 #include "platform/qt/qt_folders.h"
 #include "settings/geometry.h"
 #include "settings/pixel_modes.h"
@@ -154,7 +155,7 @@ void AddToRibbonPage(QWidget* page, QAction* action) {
 struct MainWindow::DesktopServices {
   QtDialogs dialogs;
   platform::QtFolders folders;
-  platform::NoFileUse fileUse;
+  platform::ProcessFileUse fileUse;
   EscapePoll escape;
   platform::SystemClock clock;
   app::Services services{dialogs, folders, fileUse, escape, clock};

@@ -2,6 +2,7 @@
 #include "app/configuration.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <QDir>
 #include <QFile>
@@ -141,13 +142,30 @@ TEST_F(Configuration, ACorruptSettingsFileIsReportedWithItsPlaceAndLeftAlone) {
   const QByteArray corrupt("[B2]\r\nGWI=9\0\0\r\n", 14);
   Write(path, corrupt);
   state.files.SettingsFile = path;
-  ASSERT_TRUE(LoadConfigurationX(state, t.services));
+  EXPECT_FALSE(LoadConfigurationX(state, t.services));
   ASSERT_EQ(t.dialogs.shown.size(), 1);
-  EXPECT_TRUE(t.dialogs.shown[0].text.startsWith(path + ":2:"))
-      << t.dialogs.shown[0].text.toStdString();
+  EXPECT_EQ(t.dialogs.shown[0].text, path + ":2:6: NUL byte in a settings file");
   EXPECT_EQ(state.settings.display.GWI, 128);
   EXPECT_EQ(state.log.ExceptionNumber, 1);
+  // No save replaces the file it could not read by factory settings.
+  state.settings.display.GWI = 64;
+  EXPECT_FALSE(SaveConfigurationX(state, t.services));
+  EXPECT_EQ(t.dialogs.shown.last().text, path + ": could not be read, so it is not saved over");
   EXPECT_EQ(test::ReadAll(path), corrupt);
+}
+
+TEST_F(Configuration, ASettingsPathThatIsNoFileIsRefusedAndLeftAlone) {
+  const QString fifo = t.folders.Path("pipe.LCD");
+  ASSERT_EQ(::mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
+  for (const QString& path : {fifo, t.folders.Path(QString())}) {
+    state.files.SettingsFile = path;
+    EXPECT_FALSE(LoadConfigurationX(state, t.services));  // and does not wait on the pipe
+    EXPECT_FALSE(SaveConfigurationX(state, t.services));
+  }
+  EXPECT_EQ(t.dialogs.Texts().first(), fifo + ": is not a regular file");
+  struct stat status {};
+  ASSERT_EQ(::stat(QFile::encodeName(fifo).constData(), &status), 0);
+  EXPECT_TRUE(S_ISFIFO(status.st_mode));
 }
 
 TEST_F(Configuration, SavingKeepsForeignKeysAndFailsWithoutTouchingTheFile) {

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 
 #include <QDir>
 #include <QFile>
@@ -83,6 +84,70 @@ TEST_P(AtomicWriteTest, WritesThroughALinkToItsFile) {
   ASSERT_TRUE(WriteFileAtomically(link, "new", GetParam()).ok());
   EXPECT_TRUE(QFileInfo(link).isSymLink());
   EXPECT_EQ(Read(target), "new");
+}
+
+TEST_P(AtomicWriteTest, AChainOfLinksUpdatesTheFinalFileAndKeepsBothLinks) {
+  const QString target = Path(QStringLiteral("real.h"));
+  const QString middle = Path(QStringLiteral("middle.h"));
+  const QString first = Path(QStringLiteral("first.h"));
+  ASSERT_TRUE(WriteFileAtomically(target, "old", GetParam()).ok());
+  ASSERT_TRUE(QFile::link(target, middle));
+  ASSERT_TRUE(QFile::link(middle, first));
+  ASSERT_TRUE(WriteFileAtomically(first, "new", GetParam()).ok());
+  EXPECT_TRUE(QFileInfo(first).isSymLink());
+  EXPECT_TRUE(QFileInfo(middle).isSymLink());
+  EXPECT_EQ(Read(target), "new");
+  // A link to a file not yet there creates the file, not a file in the link's place.
+  const QString dangling = Path(QStringLiteral("dangling.h"));
+  ASSERT_TRUE(QFile::link(Path(QStringLiteral("later.h")), dangling));
+  ASSERT_TRUE(WriteFileAtomically(dangling, "made", GetParam()).ok());
+  EXPECT_TRUE(QFileInfo(dangling).isSymLink());
+  EXPECT_EQ(Read(Path(QStringLiteral("later.h"))), "made");
+}
+
+TEST_P(AtomicWriteTest, ALoopOfLinksIsRefused) {
+  const QString a = Path(QStringLiteral("a.h"));
+  const QString b = Path(QStringLiteral("b.h"));
+  ASSERT_TRUE(QFile::link(b, a));
+  ASSERT_TRUE(QFile::link(a, b));
+  const Result<bool> written = WriteFileAtomically(a, "data", GetParam());
+  ASSERT_FALSE(written.ok());
+  EXPECT_EQ(written.error().ToString(), a + QStringLiteral(": has too many levels of links"));
+}
+
+TEST_P(AtomicWriteTest, APipeIsRefusedWithoutWaitingOrReplacingIt) {
+  const QString pipe = Path(QStringLiteral("fifo.h"));
+  ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+  const Result<bool> written = WriteFileAtomically(pipe, "data", GetParam());
+  ASSERT_FALSE(written.ok());
+  EXPECT_EQ(written.error().ToString(), pipe + QStringLiteral(": is not a regular file"));
+  struct stat status {};
+  ASSERT_EQ(::stat(QFile::encodeName(pipe).constData(), &status), 0);
+  EXPECT_TRUE(S_ISFIFO(status.st_mode));
+  EXPECT_EQ(QDir(dir_.path()).entryList(QDir::Files | QDir::System), QStringList{"fifo.h"});
+}
+
+TEST_P(AtomicWriteTest, ANewFileTakesTheUmaskAndNothingIsLeftBeside) {
+  const mode_t previous = ::umask(027);
+  const QString path = Path(QStringLiteral("fresh.h"));
+  const Result<bool> written = WriteFileAtomically(path, "data", GetParam());
+  ::umask(previous);
+  ASSERT_TRUE(written.ok());
+  struct stat status {};
+  ASSERT_EQ(::stat(QFile::encodeName(path).constData(), &status), 0);
+  EXPECT_EQ(status.st_mode & 0777, 0640u);
+  EXPECT_EQ(QDir(dir_.path()).entryList(QDir::Files | QDir::Hidden), QStringList{"fresh.h"});
+}
+
+TEST(CheckRegularOrMissing, TellsFilesFoldersAndDevicesApart) {
+  QTemporaryDir dir;
+  const QString file = dir.filePath(QStringLiteral("f"));
+  ASSERT_TRUE(WriteFileAtomically(file, "x").ok());
+  EXPECT_TRUE(CheckRegularOrMissing(file).ok());
+  EXPECT_TRUE(CheckRegularOrMissing(dir.filePath(QStringLiteral("missing"))).ok());
+  EXPECT_EQ(CheckRegularOrMissing(dir.path()).error().message, "is a folder");
+  EXPECT_EQ(CheckRegularOrMissing(QStringLiteral("/dev/null")).error().ToString(),
+            "/dev/null: is not a regular file");
 }
 
 INSTANTIATE_TEST_SUITE_P(BothDurabilities, AtomicWriteTest,

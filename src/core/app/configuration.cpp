@@ -5,6 +5,7 @@
 #include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
+#include <QLockFile>
 
 #include "app/messages.h"
 #include "app/pixel_mode_commands.h"
@@ -194,15 +195,49 @@ bool SaveFolders(AppState& state, Services& services) {
   return true;
 }
 
+namespace {
+
+/// The settings file as a document, or why it cannot be: not a regular file, too large, a NUL
+/// byte (each naming the file).
+Result<settings::IniDocument> ReadSettingsFile(const QString& path) {
+  if (const Result<bool> regular = CheckRegularOrMissing(path); !regular) return regular.error();
+  QFile file(path);
+  if (!file.open(QIODevice::ReadOnly)) {
+    return Error{Error::Kind::Io, path, 0, 0, file.errorString()};
+  }
+  return settings::IniDocument::Parse(file.read(settings::IniDocument::kMaxBytes + 1), path);
+}
+
+}  // namespace
+
+SettingsFileLock::SettingsFileLock(AppState& state) : state_(state) {
+  if (state_.files.SettingsLockDepth++ > 0) return;
+  lock_ = std::make_unique<QLockFile>(state_.files.SettingsFile + QStringLiteral(".lock"));
+  // A lock left by a run that died is taken over once it is this old.
+  lock_->setStaleLockTime(30000);
+  locked_ = lock_->tryLock(10000);
+  // Where no lock file can be made (a folder that is not writable), the run goes on without one
+  // and the write itself tells what is wrong; only another run's lock stops it.
+  state_.files.SettingsLockHeld = locked_ || lock_->error() != QLockFile::LockFailedError;
+}
+
+SettingsFileLock::~SettingsFileLock() {
+  if (--state_.files.SettingsLockDepth > 0) return;
+  if (locked_) lock_->unlock();
+  state_.files.SettingsLockHeld = false;
+}
+
+bool SettingsFileLock::Held() const { return state_.files.SettingsLockHeld; }
+
 bool LoadConfigurationX(AppState& state, Services& services) {
   state.log.Laction = QStringLiteral("Load Configuration");
   const QString path = state.files.SettingsFile;
+  state.files.SettingsUnreadable = false;
   const bool missing = !QFileInfo::exists(path);
   if (!missing && services.fileUse.IsFileInUse(path)) {
     ShowError(state, services, kSettingsInUse);
     return false;
   }
-  MakeWritable(path);
   const settings::FolderDefaults folders = FirstRunFolders(services.folders);
 
   settings::IniDocument doc;
@@ -220,19 +255,18 @@ bool LoadConfigurationX(AppState& state, Services& services) {
           convert::HeaderKind::Dmd, convert::HeaderKind::Bloc}) {
       convert::WriteDefaultHeaderFile(path, kind, false, messenger);
     }
-  }
-  if (!missing) {
-    QFile file(path);
-    QByteArray bytes;
-    if (file.open(QIODevice::ReadOnly)) bytes = file.read(settings::IniDocument::kMaxBytes + 1);
-    auto parsed = settings::IniDocument::Parse(bytes, path);
-    if (parsed) {
-      doc = std::move(parsed).value();
-    } else {
-      ShowError(state, services, parsed.error().ToString());
+  } else {
+    MakeWritable(path);
+    Result<settings::IniDocument> read = ReadSettingsFile(path);
+    if (!read) {
+      // The file is not taken, and no save may replace it by factory settings: the user's file
+      // stays as it is until it is mended or another one is chosen.
+      state.files.SettingsUnreadable = true;
+      ShowError(state, services, read.error().ToString());
       state.log.HandledExcept(QStringLiteral("Load Configuration"));
-      doc = settings::IniDocument();
+      return false;
     }
+    doc = std::move(read).value();
   }
   settings::ReadSettings(doc, state.settings, folders);
   state.files.OutputFileName = QStringLiteral("NewBitmap.h");
@@ -248,20 +282,31 @@ bool LoadConfigurationX(AppState& state, Services& services) {
 bool SaveConfigurationX(AppState& state, Services& services) {
   state.log.Laction = QStringLiteral("Save Configuration");
   const QString path = state.files.SettingsFile;
+  if (state.files.SettingsUnreadable) {
+    ShowError(state, services, path + QStringLiteral(": could not be read, so it is not saved over"));
+    return false;
+  }
   if (QFileInfo::exists(path) && services.fileUse.IsFileInUse(path)) {
     ShowError(state, services, kSettingsInUse);
+    return false;
+  }
+  // Other runs may change the file at the same time: read, change and write it as one step.
+  SettingsFileLock lock(state);
+  if (!lock.Held()) {
+    ShowError(state, services,
+              path + QStringLiteral(": another run holds the settings file; not saved"));
     return false;
   }
   MakeWritable(path);
   // Keys this program does not know stay in the file: start from what is there.
   settings::IniDocument doc;
-  QFile file(path);
-  if (file.open(QIODevice::ReadOnly)) {
-    if (auto parsed =
-            settings::IniDocument::Parse(file.read(settings::IniDocument::kMaxBytes + 1), path)) {
-      doc = std::move(parsed).value();
+  if (QFileInfo::exists(path)) {
+    Result<settings::IniDocument> read = ReadSettingsFile(path);
+    if (!read) {
+      ShowError(state, services, read.error().ToString());
+      return false;
     }
-    file.close();
+    doc = std::move(read).value();
   }
   state.settings.vector.wve = state.modes.VectorModeActive;
   settings::WriteSettings(state.settings, doc);

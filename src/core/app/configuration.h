@@ -2,6 +2,9 @@
 #pragma once
 
 #include <QString>
+#include <memory>
+
+class QLockFile;
 
 #include "app/state.h"
 #include "settings/settings_file.h"
@@ -34,14 +37,37 @@ bool TransfertInits(AppState& state, Services& services);
 bool SaveFolders(AppState& state, Services& services);
 
 /// Loads the active settings file into the records. A missing file is first written with the
-/// factory settings; an unreadable one is reported and leaves the factory settings in force.
-/// Then the stored pixel mode is selected again and the canvas takes the display size.
-/// False when the file is held by another program (records unchanged).
+/// factory settings. Then the stored pixel mode is selected again and the canvas takes the
+/// display size. False, with the records unchanged, when the file is held by another program,
+/// or cannot be taken (not a regular file, too large, a NUL byte: the message names the file and
+/// the line); such a file is marked so that no save replaces it.
 bool LoadConfigurationX(AppState& state, Services& services);
 
-/// Saves the records to the active settings file, keeping keys it does not know. A failure is
-/// logged as a handled exception and the records stay as they are. False on failure.
+/// Saves the records to the active settings file, keeping keys it does not know, under the
+/// settings lock. Refused, after telling why, for a file that could not be read at its load or
+/// now, one held by another program, or one whose lock another run holds. A failed write is
+/// logged as a handled exception and the old file stays. False on failure.
 bool SaveConfigurationX(AppState& state, Services& services);
+
+/// The advisory lock of the active settings file ("<file>.lock"), held for its lifetime so that
+/// runs changing the file at the same time take their turns: each reads, changes and writes it
+/// whole. Locks of one state nest; the outermost takes and frees the file's lock. A lock left
+/// by a run that died is taken over after 30 seconds; waiting gives up after 10. Where no lock
+/// file can be made at all, the lock counts as held.
+class SettingsFileLock {
+ public:
+  explicit SettingsFileLock(AppState& state);
+  ~SettingsFileLock();
+  SettingsFileLock(const SettingsFileLock&) = delete;
+  SettingsFileLock& operator=(const SettingsFileLock&) = delete;
+  /// Whether the lock is held (false: another run kept it past the wait).
+  bool Held() const;
+
+ private:
+  AppState& state_;
+  std::unique_ptr<QLockFile> lock_;
+  bool locked_ = false;  ///< this object took the file's lock
+};
 
 QString CurrentSettingsFile(const AppState& state);
 void SetCurrentSettingsFile(AppState& state, const QString& path);

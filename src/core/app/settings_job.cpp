@@ -3,6 +3,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <optional>
 
 #include "app/configuration.h"
 #include "app/display_commands.h"
@@ -22,12 +23,10 @@ bool SameName(const QString& a, const QString& b) {
   return a.trimmed().compare(b.trimmed(), Qt::CaseInsensitive) == 0;
 }
 
-/// Makes `path` the settings file and loads it. False when it could not be loaded (a message
-/// has told why).
-bool Load(AppState& state, Services& services, const QString& path) {
+/// Makes `path` the settings file.
+void Choose(AppState& state, const QString& path) {
   state.files.SettingsFile = QFileInfo(path).absoluteFilePath();
   state.files.InitFolder = QFileInfo(path).absolutePath() + QLatin1Char('/');
-  return LoadConfigurationX(state, services);
 }
 
 JobOutcome WithStatus(Status status, QStringList errors = {}) {
@@ -89,9 +88,8 @@ JobOutcome Set(AppState& state, Services& services, const QStringList& assignmen
     outcome.warnings = applied.value();
     return outcome;
   }
-  JobOutcome outcome = Load(state, services, state.files.SettingsFile)
-                           ? SavedIf(true, state, services)
-                           : WithStatus(Status::Refused);
+  JobOutcome outcome = LoadConfigurationX(state, services) ? SavedIf(true, state, services)
+                                                           : WithStatus(Status::Refused);
   outcome.warnings = applied.value();
   return outcome;
 }
@@ -119,7 +117,19 @@ JobOutcome Size(AppState& state, Services& services, QSize size) {
 }  // namespace
 
 JobOutcome SettingsJob::Run(AppState& state, Services& services) const {
-  if (!Load(state, services, settingsFile)) return WithStatus(Status::Refused);
+  Choose(state, settingsFile);
+  // A change reads, changes and writes the file under its lock, so that runs at the same time
+  // all land; a query reads it as it stands.
+  std::optional<SettingsFileLock> lock;
+  if (command != Command::Get) {
+    lock.emplace(state);
+    if (!lock->Held()) {
+      return WithStatus(Status::Refused,
+                        {state.files.SettingsFile +
+                         QStringLiteral(": another run holds the settings file; nothing changed")});
+    }
+  }
+  if (!LoadConfigurationX(state, services)) return WithStatus(Status::Refused);
   switch (command) {
     case Command::Get:
       return Get(state, keys);

@@ -33,6 +33,9 @@ struct FileNames {
   QString InitFolder;          ///< folder of the init file, with a trailing separator
   QString LastCanvasFile;      ///< the graphic file last loaded onto the canvas, full path
   QString ImportExtension;     ///< upper-case extension, with its dot, of the picture last read
+  bool SettingsUnreadable = false;  ///< the settings file could not be taken: never saved over
+  int SettingsLockDepth = 0;        ///< settings locks nested in this state (SettingsFileLock)
+  bool SettingsLockHeld = false;    ///< the outermost of them holds the file's lock
   bool FirstRun = false;
   bool StartFromDefaults = false;  ///< the init file named no usable project
 };

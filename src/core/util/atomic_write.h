@@ -20,10 +20,23 @@ enum class Durability {
   Cached,
 };
 
+/// The file a write of `path` updates: a symbolic link is followed, link after link, to its
+/// final target (which may not exist yet). Fails with an Io error naming `path` for a loop of
+/// links.
+Result<QString> FinalTarget(const QString& path);
+
+/// Whether `path` may be read or written as a file: it is a regular file or does not exist.
+/// A folder fails with "is a folder", a device, a pipe or a socket with "is not a regular
+/// file", each an Io error naming `path`. Links are followed.
+Result<bool> CheckRegularOrMissing(const QString& path);
+
 /// Writes `data` to `path` through a temporary file beside it that replaces the target only once
-/// it is complete, so a failure leaves the old file as it was. A read-only target is made
-/// writable first; an existing target's permissions pass to the new file. Returns an Io error
-/// naming the path on failure.
+/// it is complete, so a failure leaves the old file as it was. A link is followed to its final
+/// target, which is the file replaced. Anything that is not a regular file (a folder, a device,
+/// a pipe) is refused and left alone. An existing target's permissions pass to the new file, with
+/// the owner's write permission added (a read-only target is written all the same). The temporary file has no name until it is
+/// complete, so that a run killed while writing leaves nothing beside the target. Returns an Io
+/// error naming the path on failure.
 Result<bool> WriteFileAtomically(const QString& path, const QByteArray& data,
                                  Durability durability = Durability::Synced);
 
