@@ -72,13 +72,9 @@ void ReadSettings(const IniDocument& doc, Settings& settings, const FolderDefaul
 }
 
 void WriteSettings(const Settings& settings, IniDocument& doc) {
-  // The table binds fields through a mutable reference; writing only reads them.
-  Settings& source = const_cast<Settings&>(settings);
   for (const KeyRow& row : KeyTable()) {
     if (row.flags & kNoWrite) continue;
-    const QString text = (row.flags & kConstant) ? QString::fromLatin1(row.defaultText)
-                                                 : FieldText(row.field(source));
-    doc.SetValue(row.WriteSection(), row.WriteKey(), text);
+    doc.SetValue(row.WriteSection(), row.WriteKey(), WrittenText(row, settings));
   }
   for (int n = 0; n < kMruSlots; ++n) {
     const QString& v = n < settings.mru.size() ? settings.mru[n] : kEmptyMruSlot;
