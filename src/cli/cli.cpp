@@ -18,6 +18,7 @@
 #include "platform/key_poll.h"
 #include "settings/geometry.h"
 #include "settings/ini_document.h"
+#include "settings/key_lookup.h"
 #include "settings/key_table.h"
 #include "settings/pixel_modes.h"
 #include "settings/settings_file.h"
@@ -26,74 +27,8 @@
 namespace vt::cli {
 namespace {
 
-/// A key named on the command line: "KEY" or "SECTION.KEY".
-struct KeyName {
-  QString section;  ///< empty when not given
-  QString key;
-};
-
-KeyName SplitKeyName(const QString& text) {
-  const qsizetype dot = text.indexOf(QLatin1Char('.'));
-  if (dot <= 0) return {{}, text.trimmed()};
-  return {text.left(dot).trimmed(), text.mid(dot + 1).trimmed()};
-}
-
 bool SameName(const QString& a, const QString& b) {
   return a.trimmed().compare(b.trimmed(), Qt::CaseInsensitive) == 0;
-}
-
-/// The table row a name designates: by the name written in the file, else by the name a load
-/// reads (vew1, vecin, EndstF). The first row in file order wins when a key stands in two
-/// sections and no section is given.
-const settings::KeyRow* FindRow(const KeyName& name) {
-  for (bool byReadName : {false, true}) {
-    for (const settings::KeyRow& row : settings::KeyTable()) {
-      const QString key = byReadName ? row.ReadKey() : row.WriteKey();
-      const QString section = byReadName ? row.ReadSection() : row.WriteSection();
-      if (SameName(key, name.key) && (name.section.isEmpty() || SameName(section, name.section))) {
-        return &row;
-      }
-    }
-  }
-  return nullptr;
-}
-
-/// Where a dynamic list key lives (mru<n>, fmru<n>, ext<n>, cs<n>w, cs<n>h), or empty.
-QString DynamicSection(const QString& key) {
-  static const QRegularExpression mru(QStringLiteral("^mru(\\d+)$"),
-                                      QRegularExpression::CaseInsensitiveOption);
-  static const QRegularExpression fmru(QStringLiteral("^fmru(\\d+)$"),
-                                       QRegularExpression::CaseInsensitiveOption);
-  static const QRegularExpression ext(QStringLiteral("^ext(\\d+)$"),
-                                      QRegularExpression::CaseInsensitiveOption);
-  static const QRegularExpression size(QStringLiteral("^cs(\\d+)[wh]$"),
-                                       QRegularExpression::CaseInsensitiveOption);
-  auto slot = [&](const QRegularExpression& re, int slots) {
-    const auto m = re.match(key.trimmed());
-    return m.hasMatch() && m.captured(1).toInt() < slots;
-  };
-  if (slot(mru, settings::kMruSlots)) return QStringLiteral("S18");
-  if (slot(fmru, settings::kFontMruSlots)) return QStringLiteral("S19");
-  if (slot(ext, settings::kExtensionSlots)) return QStringLiteral("FS0");
-  if (slot(size, settings::kCustomSizeSlots)) return QStringLiteral("I2");
-  return {};
-}
-
-/// What a load holds for a dynamic list key that DynamicSection knows: a recent file or font
-/// ("_" when the slot is free), an explorer extension (empty when free), a user size number
-/// (0 when free).
-QString DynamicValue(const settings::Settings& s, const QString& key) {
-  static const QRegularExpression form(QStringLiteral("^(f?mru|ext|cs)(\\d+)([wh]?)$"),
-                                       QRegularExpression::CaseInsensitiveOption);
-  const auto m = form.match(key.trimmed());
-  const QString list = m.captured(1).toLower();
-  const int n = m.captured(2).toInt();
-  if (list == QStringLiteral("mru")) return s.mru.value(n);
-  if (list == QStringLiteral("fmru")) return s.fmru.value(n);
-  if (list == QStringLiteral("ext")) return s.ext.value(n);
-  const QSize size = s.customSizes.at(std::size_t(n));
-  return QString::number(m.captured(3).toLower() == QStringLiteral("w") ? size.width()
-                                                                        : size.height());
 }
 
 /// The settings file as a document; empty when it cannot be read or parsed.
@@ -113,16 +48,14 @@ int ApplyAssignments(const QStringList& assignments, settings::IniDocument& doc,
       err << "vantorelle-cli: expected KEY=VALUE, got '" << text << "'\n";
       return kExitUsage;
     }
-    const KeyName name = SplitKeyName(text.left(eq));
+    const settings::KeyName name = settings::SplitKeyName(text.left(eq));
     const QString value = text.mid(eq + 1);
-    if (const settings::KeyRow* row = FindRow(name)) {
-      if (row->type != settings::ValueType::String && !settings::ParseIniInteger(value)) {
-        err << "vantorelle-cli: warning: " << row->WriteKey().trimmed() << " holds a number; '"
+    if (const auto key = settings::FindKey(name)) {
+      if (key->Type() != settings::ValueType::String && !settings::ParseIniInteger(value)) {
+        err << "vantorelle-cli: warning: " << key->Key().trimmed() << " holds a number; '"
             << value << "' will read as its default\n";
       }
-      doc.SetValue(row->WriteSection(), row->WriteKey(), value);
-    } else if (const QString dynamic = DynamicSection(name.key); !dynamic.isEmpty()) {
-      doc.SetValue(dynamic, name.key, value);
+      doc.SetValue(key->Section(), key->Key(), value);
     } else if (!name.section.isEmpty()) {
       doc.SetValue(name.section, name.key, value);
     } else {
@@ -222,15 +155,10 @@ int Session::Get(const QStringList& names) {
   int status = kExitOk;
   const settings::IniDocument doc = ReadDocument(state_.files.SettingsFile);
   for (const QString& text : names) {
-    const KeyName name = SplitKeyName(text);
+    const settings::KeyName name = settings::SplitKeyName(text);
     const QString shown = name.section.isEmpty() ? QString() : name.section + QLatin1Char('.');
-    if (const settings::KeyRow* row = FindRow(name)) {
-      out_ << shown << row->WriteKey().trimmed() << '='
-           << settings::FieldText(row->field(state_.settings)) << '\n';
-      continue;
-    }
-    if (!DynamicSection(name.key).isEmpty()) {
-      out_ << shown << name.key << '=' << DynamicValue(state_.settings, name.key) << '\n';
+    if (const auto key = settings::FindKey(name)) {
+      out_ << shown << key->Key().trimmed() << '=' << key->Text(state_.settings) << '\n';
       continue;
     }
     // A key the program does not use: as the file holds it.

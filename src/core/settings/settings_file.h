@@ -25,11 +25,4 @@ void ReadSettings(const IniDocument& doc, Settings& settings, const FolderDefaul
 /// in `doc` untouched.
 void WriteSettings(const Settings& settings, IniDocument& doc);
 
-/// The sections and keys of the dynamic lists, for the command line's get and set.
-QString MruKey(int n);
-QString FontMruKey(int n);
-QString ExtensionKey(int n);
-QString CustomWidthKey(int n);
-QString CustomHeightKey(int n);
-
 }  // namespace vt::settings
