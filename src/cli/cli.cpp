@@ -128,6 +128,7 @@ class Session {
 
   int Get(const QStringList& names);
   int Set(const QStringList& assignments);
+  int Describe(const QStringList& names);
   int Mode(const QString& name) { return SavedIfOk(ApplyMode(state_, services_, name, err_)); }
   int Direction(const QString& key) {
     return SavedIfOk(ApplyDirection(state_, services_, key, err_));
@@ -172,6 +173,19 @@ int Session::Get(const QStringList& names) {
       out_ << shown << name.key << '=' << *raw << '\n';
     } else {
       err_ << "vantorelle-cli: no key " << text << " in " << state_.files.SettingsFile << '\n';
+      status = kExitRefused;
+    }
+  }
+  return status;
+}
+
+int Session::Describe(const QStringList& names) {
+  int status = kExitOk;
+  for (const QString& name : names) {
+    if (const auto key = settings::FindKey(name)) {
+      out_ << key->Summary() << '\n';
+    } else {
+      err_ << "vantorelle-cli: unknown key " << name.trimmed() << '\n';
       status = kExitRefused;
     }
   }
@@ -224,9 +238,16 @@ int RunSettings(QStringList args, Session& session, QTextStream& err) {
     file = args[1];
     args = args.mid(2);
   }
+  if (!args.isEmpty() && args[0] == QStringLiteral("describe")) {
+    if (args.size() < 2) {
+      err << "vantorelle-cli: settings describe needs at least one key\n";
+      return kExitUsage;
+    }
+    return session.Describe(args.mid(1));  // needs no settings file
+  }
   if (file.isEmpty() || args.isEmpty()) {
     err << "vantorelle-cli: usage: vantorelle-cli settings --settings FILE "
-           "get|set|mode|direction|corner|size ...\n";
+           "get|set|mode|direction|corner|size ..., or settings describe KEY...\n";
     return kExitUsage;
   }
   const QString command = args.takeFirst();
@@ -486,6 +507,10 @@ QString HelpText() {
              "      Write the keys into FILE as given, then load and save it, so FILE holds\n"
              "      what a load sees (keys that do not read back return to their defaults).\n"
              "      SECTION.KEY=VALUE adds a key the program does not use; it is kept.\n"
+             "  settings [--settings FILE] describe KEY...\n"
+             "      Print what each key controls, one line each:\n"
+             "      SECTION.KEY (type, default \"TEXT\"): description. Needs no settings\n"
+             "      file; a numbered key such as mru3 or cs0w tells of its list.\n"
              "  settings --settings FILE mode NAME\n"
              "      Select a pixel mode with all its checks. NAME is one of:\n"
              "      %1.\n"
