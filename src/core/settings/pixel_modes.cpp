@@ -5,6 +5,7 @@
 
 #include "app/messages.h"
 #include "app/state.h"
+#include "settings/key_table.h"
 
 namespace vt::settings {
 namespace {
@@ -222,6 +223,24 @@ std::uint32_t ModeFlagsOf(const PixelModeSettings& pixel) {
     if (pixel.*kFlagFields[bit]) flags |= 1u << bit;
   }
   return flags;
+}
+
+QStringList ModeFlagKeys(std::uint32_t flags) {
+  // The key table names the fields; the row of a bit is the one bound to its field.
+  Settings probe;
+  QStringList keys;
+  for (std::size_t bit = 0; bit < kFlagFields.size(); ++bit) {
+    if ((flags & (1u << bit)) == 0) continue;
+    const bool* cell = &(probe.pixel.*kFlagFields[bit]);
+    for (const KeyRow& row : KeyTable()) {
+      const FieldRef field = row.field(probe);
+      if (const auto* b = std::get_if<bool*>(&field); b != nullptr && *b == cell) {
+        keys << row.WriteKey().trimmed();
+        break;
+      }
+    }
+  }
+  return keys;
 }
 
 bool SelectPixelMode(app::AppState& state, app::Services& services, PixelMode mode,

@@ -6,6 +6,7 @@
 // C4096, PM, ...) of the settings, and this file is the one place that knows the combinations.
 
 #include <QString>
+#include <QStringList>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -128,6 +129,8 @@ std::optional<PixelMode> PixelModeFromName(const QString& name);
 void ApplyModeFlags(PixelModeSettings& pixel, std::uint32_t flags);
 /// The ModeFlag bits currently set in the record.
 std::uint32_t ModeFlagsOf(const PixelModeSettings& pixel);
+/// The settings keys of the ModeFlag bits in `flags`, lowest bit first ("Monc", "Moni", "Neg").
+QStringList ModeFlagKeys(std::uint32_t flags);
 
 /// Optional checks the application shell plugs into a mode selection. Each returns true when
 /// the change must not happen. Empty functions allow the change.
