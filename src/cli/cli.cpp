@@ -95,9 +95,18 @@ int ParseSettingsJob(QStringList args, app::SettingsJob& job, QTextStream& err) 
     job.settingsFile = args[1];
     args = args.mid(2);
   }
+  if (!args.isEmpty() && args[0] == QStringLiteral("describe")) {
+    if (args.size() < 2) {
+      err << "vantorelle-cli: settings describe needs at least one key\n";
+      return kExitUsage;
+    }
+    job.command = Command::Describe;
+    job.keys = args.mid(1);
+    return kExitOk;
+  }
   if (job.settingsFile.isEmpty() || args.isEmpty()) {
     err << "vantorelle-cli: usage: vantorelle-cli settings --settings FILE "
-           "get|set|mode|direction|corner|size ...\n";
+           "get|set|mode|direction|corner|size ..., or settings describe KEY...\n";
     return kExitUsage;
   }
   const QString command = args.takeFirst();
@@ -125,6 +134,7 @@ int ParseSettingsJob(QStringList args, app::SettingsJob& job, QTextStream& err) 
   switch (job.command) {
     case Command::Get:
     case Command::Set:
+    case Command::Describe:
       job.keys = args;
       return kExitOk;
     case Command::Mode: {
@@ -269,6 +279,10 @@ QString HelpText() {
              "      Write the keys into FILE as given, then load and save it, so FILE holds\n"
              "      what a load sees (keys that do not read back return to their defaults).\n"
              "      SECTION.KEY=VALUE adds a key the program does not use; it is kept.\n"
+             "  settings [--settings FILE] describe KEY...\n"
+             "      Print what each key controls, one line each:\n"
+             "      SECTION.KEY (type, default \"TEXT\"): description. Needs no settings\n"
+             "      file; a numbered key such as mru3 or cs0w tells of its list.\n"
              "  settings --settings FILE mode NAME\n"
              "      Select a pixel mode with all its checks. NAME is one of:\n"
              "      %1.\n"

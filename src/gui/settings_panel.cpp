@@ -15,6 +15,7 @@
 #include "convert/reorder_preview.h"
 #include "gui/reorder_preview_view.h"
 #include "settings/geometry.h"
+#include "settings/key_lookup.h"
 #include "settings/pixel_modes.h"
 
 namespace vt::gui {
@@ -24,11 +25,34 @@ using convert::WordWidthChoice;
 const struct {
   WordWidthChoice choice;
   const char* caption;
-} kWidths[] = {{WordWidthChoice::Bits8, "8 bits"},
-               {WordWidthChoice::Bits16, "16 bits"},
-               {WordWidthChoice::Bits32, "32 bits"},
-               {WordWidthChoice::Binary, "Binary file"},
-               {WordWidthChoice::IntelHex, "Intel Hex"}};
+  const char* key;  ///< the settings key the choice sets
+} kWidths[] = {{WordWidthChoice::Bits8, "8 bits", "D8bc"},
+               {WordWidthChoice::Bits16, "16 bits", "D16bc"},
+               {WordWidthChoice::Bits32, "32 bits", "D32bc"},
+               {WordWidthChoice::Binary, "Binary file", "DHec"},
+               {WordWidthChoice::IntelHex, "Intel Hex", "DIHec"}};
+
+/// The descriptions of the settings keys `keys`, one line each: the tooltip of a control that
+/// edits them.
+QString KeysHelp(const QStringList& keys) {
+  QStringList lines;
+  for (const QString& key : keys) {
+    if (const auto found = settings::FindKey(key)) lines << found->Description();
+  }
+  return lines.join(QLatin1Char('\n'));
+}
+
+/// Gives item `index` of `box` the tooltip of the keys it sets.
+void SetItemHelp(QComboBox* box, int index, const QStringList& keys) {
+  box->setItemData(index, KeysHelp(keys), Qt::ToolTipRole);
+}
+
+/// The box shows the tooltip of its current item.
+void ShowCurrentItemHelp(QComboBox* box) {
+  if (box->currentIndex() >= 0) {
+    box->setToolTip(box->itemData(box->currentIndex(), Qt::ToolTipRole).toString());
+  }
+}
 
 QComboBox* Combo(const char* name) {
   auto* box = new QComboBox;
@@ -56,29 +80,39 @@ SettingsPanel::SettingsPanel(app::AppState& state, app::Services& services, RunC
   mode_ = Combo("PixelMode");
   for (const settings::PixelModeInfo& info : settings::PixelModeTable()) {
     mode_->addItem(QString::fromLatin1(info.menuCaption), static_cast<int>(info.mode));
+    SetItemHelp(mode_, mode_->count() - 1, settings::ModeFlagKeys(info.flags));
   }
   direction_ = Combo("Direction");
   for (const settings::ScanDirectionInfo& info : settings::ScanDirectionTable()) {
     direction_->addItem(QString::fromLatin1(info.key) + QStringLiteral("  ") +
                             QString::fromLatin1(info.controlHint),
                         static_cast<int>(info.direction));
+    SetItemHelp(direction_, direction_->count() - 1, {QString::fromLatin1(info.key)});
   }
   corner_ = Combo("Corner");
   for (const auto c : {settings::OriginCorner::CORN1, settings::OriginCorner::CORN2,
                        settings::OriginCorner::CORN3, settings::OriginCorner::CORN4}) {
     corner_->addItem(settings::OriginCornerText(c), static_cast<int>(c));
+    SetItemHelp(corner_, corner_->count() - 1,
+                {QStringLiteral("CORN%1").arg(static_cast<int>(c) + 1)});
   }
   bitOrder_ = Combo("BitOrder");
   bitOrder_->addItem(settings::BitOrderCaption(true), true);
   bitOrder_->addItem(settings::BitOrderCaption(false), false);
-  bitOrder_->setToolTip(settings::BigEndianHint());
+  bitOrder_->setItemData(0, settings::BigEndianHint(), Qt::ToolTipRole);
+  bitOrder_->setToolTip(KeysHelp({QStringLiteral("MSBF")}));
   size_ = Combo("DisplaySize");
   for (const QSize& s : settings::PresetSizes()) {
     size_->addItem(QStringLiteral("%1 x %2").arg(s.width()).arg(s.height()), s);
   }
+  size_->setToolTip(KeysHelp({QStringLiteral("GWI"), QStringLiteral("GHI")}));
   width_px_ = new QSpinBox;
   height_px_ = new QSpinBox;
   for (QSpinBox* spin : {width_px_, height_px_}) spin->setRange(1, 4096);
+  width_px_->setObjectName(QStringLiteral("CustomWidth"));
+  height_px_->setObjectName(QStringLiteral("CustomHeight"));
+  width_px_->setToolTip(KeysHelp({QStringLiteral("GWI")}));
+  height_px_->setToolTip(KeysHelp({QStringLiteral("GHI")}));
   auto* custom = new QPushButton(QStringLiteral("Set"));
   auto* customRow = new QHBoxLayout;
   customRow->addWidget(width_px_, 1);
@@ -86,12 +120,15 @@ SettingsPanel::SettingsPanel(app::AppState& state, app::Services& services, RunC
   customRow->addWidget(height_px_, 1);
   customRow->addWidget(custom);
   width_ = Combo("OutputWidth");
-  for (const auto& w : kWidths)
+  for (const auto& w : kWidths) {
     width_->addItem(QString::fromLatin1(w.caption), static_cast<int>(w.choice));
+    SetItemHelp(width_, width_->count() - 1, {QString::fromLatin1(w.key)});
+  }
   format_ = Combo("ConstantFormat");
   for (const convert::ConstantFormatInfo& info : convert::ConstantFormatTable()) {
     format_->addItem(QString::fromLatin1(info.label), static_cast<int>(info.format));
   }
+  format_->setToolTip(KeysHelp({QStringLiteral("FXHB")}));
   hint_ = new QLabel;
   hint_->setWordWrap(true);
 
@@ -171,6 +208,7 @@ void SettingsPanel::Sync() {
   height_px_->setValue(size.height());
   Select(width_, static_cast<int>(app::CurrentOutputWidth(s.width)));
   Select(format_, static_cast<int>(convert::CurrentConstantFormat(s.format)));
+  for (QComboBox* box : {mode_, direction_, corner_, width_}) ShowCurrentItemHelp(box);
   const settings::PagingHintText hint = settings::PagingHint(s);
   hint_->setText(hint.scheme + QLatin1Char('\n') + hint.sizeRule);
   if (const auto preview = convert::RenumberingNormalGrid(s)) preview_->Show(*preview);

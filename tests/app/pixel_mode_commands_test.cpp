@@ -153,6 +153,16 @@ TEST(SelectPixelMode, EveryModeSetsExactlyItsKeysNumbersAndLogLine) {
   }
 }
 
+TEST(ModeFlagKeys, NameTheKeysEachModeSets) {
+  for (const ModeCase& c : kModeCases) {
+    const QStringList names = ModeFlagKeys(Info(c.mode).flags);
+    EXPECT_EQ(QSet<QString>(names.begin(), names.end()), Keys(c.keys)) << c.keys;
+    EXPECT_EQ(names.size(), Keys(c.keys).size()) << c.keys;
+  }
+  EXPECT_EQ(ModeFlagKeys(kFlagC18u | kFlagPM), (QStringList{"PM", "C18u"})) << "lowest bit first";
+  EXPECT_TRUE(ModeFlagKeys(0).isEmpty());
+}
+
 TEST(SelectPixelMode, NonBlankCanvasAsksTheModesQuestionAndARefusalChangesNothing) {
   for (const ModeCase& c : kModeCases) {
     if (IsMonochromeMode(c.mode)) continue;  // monochrome warns instead, below

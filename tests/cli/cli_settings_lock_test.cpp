@@ -36,10 +36,10 @@ TEST(CliSettingsLock, EightRunsSettingKeysAtOnceAllLand) {
     auto run = std::make_unique<QProcess>();
     run->setProcessEnvironment(environment);
     // Each sets a key of its own and a shared one.
-    run->start(QStringLiteral(VT_CLI_BINARY),
-               {QStringLiteral("settings"), QStringLiteral("--settings"), file,
-                QStringLiteral("set"), QStringLiteral("Mine.run%1=%1").arg(i),
-                QStringLiteral("ORGC=%1").arg(i + 1)});
+    run->start(
+        QStringLiteral(VT_CLI_BINARY),
+        {QStringLiteral("settings"), QStringLiteral("--settings"), file, QStringLiteral("set"),
+         QStringLiteral("Mine.run%1=%1").arg(i), QStringLiteral("ORGC=%1").arg(i + 1)});
     runs.push_back(std::move(run));
   }
   for (auto& run : runs) {

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <QFile>
+#include <QFileInfo>
 #include <QProcess>
 #include <QRegularExpression>
 
@@ -112,6 +113,44 @@ TEST_F(Cli, GetPrintsWhatALoadSees) {
   EXPECT_EQ(unknown.status, 1);
   EXPECT_EQ(unknown.err, "vantorelle-cli: no key NoSuchKey in " + file + '\n');
   EXPECT_TRUE(unknown.out.isEmpty());
+}
+
+TEST_F(Cli, DescribeTellsEachKeyWithoutASettingsFile) {
+  const QString gwi =
+      QStringLiteral("B2.GWI (number, default \"128\"): Display width in pixels (1 to 1024).\n");
+  const struct {
+    QStringList args;  // after "settings"
+    int status;
+    QString out;
+    const char* errHas;  // empty: nothing on stderr
+  } cases[] = {
+      {{"describe", "GWI"}, 0, gwi, ""},
+      {{"--settings", file, "describe", "gwi", "b10.hco"},
+       0,
+       gwi + "B10.HCO (number, default \"0\"): Number twin of B2.HCO; kept for older files, not "
+             "used.\n",
+       ""},
+      {{"describe", "mru3"},
+       0,
+       "S18.mru3 (text, default \"_\"): Recently used file in slot 3 (0 to 19); \"_\" when "
+       "free.\n",
+       ""},
+      {{"describe", "Nope", "GWI", "mru20"}, 1, gwi, "unknown key Nope"},
+      {{"describe", "Mine.note"}, 1, "", "unknown key Mine.note"},
+      {{"describe"}, 2, "", "describe"},
+  };
+  for (const auto& c : cases) {
+    const CliRun run = Exec(QStringList{QStringLiteral("settings")} + c.args);
+    const std::string what = c.args.join(QLatin1Char(' ')).toStdString();
+    EXPECT_EQ(run.status, c.status) << what;
+    EXPECT_EQ(run.out, c.out) << what;
+    if (*c.errHas) {
+      EXPECT_TRUE(run.err.contains(QString::fromLatin1(c.errHas))) << what << run.err.toStdString();
+    } else {
+      EXPECT_TRUE(run.err.isEmpty()) << what << run.err.toStdString();
+    }
+  }
+  EXPECT_FALSE(QFileInfo::exists(file)) << "describe neither reads nor creates the settings file";
 }
 
 TEST_F(Cli, SetRefusesWhatItCannotPlace) {

@@ -7,12 +7,16 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QSpinBox>
 
 #include "app/startup.h"
 #include "gui/export_dialog.h"
 #include "gui/reorder_preview_view.h"
 #include "gui/settings_panel.h"
 #include "gui_test_app.h"
+#include "settings/geometry.h"
+#include "settings/key_lookup.h"
+#include "settings/pixel_modes.h"
 #include "support/temp_folders.h"
 
 namespace vt::gui {
@@ -102,6 +106,48 @@ TEST_F(ExportAndSettings, EachSettingsBoxRunsItsSelectorAsACommand) {
               c.caption ? QString::fromLatin1(c.caption) : c.box->itemText(c.index));
   }
   EXPECT_TRUE(state.log.Lines().contains(QStringLiteral("Constant format is data+h")));
+}
+
+TEST_F(ExportAndSettings, EachSettingsControlTellsWhatItsKeyControls) {
+  SettingsPanel panel(state, t.services,
+                      [](const QString&, const std::function<void()>& w) { w(); });
+  auto help = [](const char* key) {
+    return settings::FindKey(QString::fromLatin1(key))->Description();
+  };
+  auto item = [](QComboBox* box, int index) {
+    return box->itemData(index, Qt::ToolTipRole).toString();
+  };
+  auto modeItem = [&](settings::PixelMode mode) {
+    return item(panel.PixelModeBox(), panel.PixelModeBox()->findData(static_cast<int>(mode)));
+  };
+  const struct {
+    const char* what;
+    QString shown;
+    QString expected;
+  } cases[] = {
+      {"custom width", Named<QSpinBox>(panel, "CustomWidth")->toolTip(),
+       QStringLiteral("Display width in pixels (1 to 1024).")},
+      {"custom height", Named<QSpinBox>(panel, "CustomHeight")->toolTip(),
+       QStringLiteral("Display height in pixels (1 to 768).")},
+      {"display size", panel.SizeBox()->toolTip(), help("GWI") + QLatin1Char('\n') + help("GHI")},
+      {"data format", panel.FormatBox()->toolTip(), help("FXHB")},
+      {"bit order", panel.BitOrderBox()->toolTip(), help("MSBF")},
+      {"big endian item", item(panel.BitOrderBox(), 0), QStringLiteral("Big Endian (MSB first)")},
+      {"corner item 3", item(panel.CornerBox(), 2), help("CORN3")},
+      {"binary item", item(panel.WidthBox(), 3), help("DHec")},
+      {"inverted mode item", modeItem(settings::PixelMode::MonochromeInverted),
+       help("Monc") + QLatin1Char('\n') + help("Moni") + QLatin1Char('\n') + help("Neg")},
+      {"current direction", panel.DirectionBox()->toolTip(), help("tr")},
+      {"current width", panel.WidthBox()->toolTip(), help("D8bc")},
+  };
+  for (const auto& c : cases) {
+    EXPECT_FALSE(c.expected.isEmpty()) << c.what;
+    EXPECT_EQ(c.shown, c.expected) << c.what;
+  }
+  // A new choice brings the help of its key.
+  const int td = panel.DirectionBox()->findData(static_cast<int>(settings::ScanDirection::td));
+  panel.DirectionBox()->activated(td);
+  EXPECT_EQ(panel.DirectionBox()->toolTip(), help("td"));
 }
 
 }  // namespace

@@ -61,7 +61,8 @@ TEST_F(FileUseTest, AFileNobodyHoldsIsFree) {
 TEST_F(FileUseTest, AnotherProcessWritingItHoldsItAReaderDoesNot) {
   {
     Holder writer(QStringLiteral("sh"),
-                  {QStringLiteral("-c"), QStringLiteral("exec 3>>\"$0\"; exec sleep 30"), path_}, 3);
+                  {QStringLiteral("-c"), QStringLiteral("exec 3>>\"$0\"; exec sleep 30"), path_},
+                  3);
     EXPECT_TRUE(use_.IsFileInUse(path_));
   }
   EXPECT_FALSE(use_.IsFileInUse(path_));
@@ -73,10 +74,10 @@ TEST_F(FileUseTest, AnotherProcessWritingItHoldsItAReaderDoesNot) {
 TEST_F(FileUseTest, ALockOrAnOfficeLockFileHoldsIt) {
   {
     // The shell takes the lock on its own descriptor and becomes the sleep, which keeps both.
-    Holder locker(QStringLiteral("sh"),
-                  {QStringLiteral("-c"), QStringLiteral("exec 3<\"$0\"; flock -x 3; exec sleep 30"),
-                   path_},
-                  0, [&] { return use_.IsFileInUse(path_); });
+    Holder locker(
+        QStringLiteral("sh"),
+        {QStringLiteral("-c"), QStringLiteral("exec 3<\"$0\"; flock -x 3; exec sleep 30"), path_},
+        0, [&] { return use_.IsFileInUse(path_); });
     EXPECT_TRUE(use_.IsFileInUse(path_));
   }
   EXPECT_FALSE(use_.IsFileInUse(path_));

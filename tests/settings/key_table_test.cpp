@@ -8,26 +8,96 @@
 namespace vt::settings {
 namespace {
 
-TEST(KeyTable, EveryWrittenKeyIsUniqueInItsSectionExceptTheDoubleWrite) {
-  QSet<QString> seen;
-  QStringList repeated;
-  for (const KeyRow& row : KeyTable()) {
-    if (row.flags & kNoWrite) continue;
-    const QString id = (row.WriteSection() + QLatin1Char('.') + row.WriteKey()).trimmed().toLower();
-    if (seen.contains(id)) repeated << id;
-    seen.insert(id);
+TEST(KeyTable, EachNameStandsOnceInItsSectionExceptTheDoubleWrite) {
+  // Names of the file compare without case and blanks; a save writes Endst twice in a row
+  // (graphics, then fonts), every other name, written or read, stands once.
+  const struct {
+    const char* side;
+    QString (KeyRow::*section)() const;
+    QString (KeyRow::*key)() const;
+    unsigned skippedBy;
+    QStringList repeated;
+  } sides[] = {
+      {"written", &KeyRow::WriteSection, &KeyRow::WriteKey, kNoWrite, {"s8.endst"}},
+      {"read", &KeyRow::ReadSection, &KeyRow::ReadKey, kNoRead, {}},
+  };
+  for (const auto& side : sides) {
+    QSet<QString> seen;
+    QStringList repeated;
+    for (const KeyRow& row : KeyTable()) {
+      if (row.flags & side.skippedBy) continue;
+      const QString id =
+          ((row.*side.section)().trimmed() + QLatin1Char('.') + (row.*side.key)().trimmed())
+              .toLower();
+      if (seen.contains(id)) repeated << id;
+      seen.insert(id);
+    }
+    EXPECT_EQ(repeated, side.repeated) << side.side;
   }
-  // Endst is written twice in a row: graphics first, then fonts.
-  EXPECT_EQ(repeated, QStringList{QStringLiteral("s8.endst")});
 }
 
-TEST(KeyTable, DefaultTextAgreesWithTheRecordInitialisers) {
-  Settings defaults;
+TEST(KeyTable, EveryKeyHasOneLineOfDescription) {
   for (const KeyRow& row : KeyTable()) {
-    if (row.flags & kConstant) continue;
-    EXPECT_EQ(FieldText(row.field(defaults)), QString::fromLatin1(row.defaultText))
-        << row.section << "." << row.key;
+    const QString text = QString::fromLatin1(row.description ? row.description : "");
+    const QString id = row.WriteSection() + QLatin1Char('.') + row.WriteKey();
+    EXPECT_GE(text.size(), 10) << id.toStdString();
+    EXPECT_LE(text.size(), 100) << id.toStdString();
+    EXPECT_TRUE(text.endsWith(QLatin1Char('.'))) << id.toStdString();
+    EXPECT_EQ(text, text.trimmed()) << id.toStdString();
+    for (QChar c : text) {
+      EXPECT_TRUE(c.unicode() >= 0x20 && c.unicode() < 0x7F) << id.toStdString();
+    }
   }
+}
+
+TEST(KeyTable, EachRowTypeIsTheTypeOfItsField) {
+  Settings s;
+  for (const KeyRow& row : KeyTable()) {
+    const FieldRef field = row.field(s);
+    const ValueType expected = std::holds_alternative<bool*>(field)  ? ValueType::Bool
+                               : std::holds_alternative<int*>(field) ? ValueType::Int
+                                                                     : ValueType::String;
+    EXPECT_EQ(row.type, expected) << row.section << "." << row.key;
+  }
+}
+
+const KeyRow& Row(const char* section, const char* key) {
+  for (const KeyRow& row : KeyTable()) {
+    if (qstrcmp(row.section, section) == 0 && qstrcmp(row.key, key) == 0) return row;
+  }
+  ADD_FAILURE() << section << "." << key;
+  return KeyTable().front();
+}
+
+TEST(KeyTable, DefaultTextIsTheTextOfTheFieldInitialiser) {
+  // Defaults of the key list: booleans 1 or 0, numbers in decimal, texts as they stand.
+  const struct {
+    const char* section;
+    const char* key;
+    const char* text;
+  } cases[] = {{"B2", "GWI", "128"},       {"B2", "MSBF", "1"},    {"B1", "Neg", "0"},
+               {"B10", "SCOL", "-1"},      {"S", "FXHB", "X"},     {"S2", "KERSUF", "[120][3]= "},
+               {"S14", "vecp8T", "\""},    {"S", "CARK_s", "1"},   {"B7", "wiw_d", "1"},
+               {"B7", "wih_d", "0"},       {"S13", "wew1", "900"}, {"S15", "chk", ""},
+               {"I8", "ghco", "12639424"}, {"S", "PFP", ""}};
+  for (const auto& c : cases) {
+    EXPECT_EQ(DefaultText(Row(c.section, c.key)), QString::fromLatin1(c.text))
+        << c.section << "." << c.key;
+  }
+}
+
+TEST(KeyTable, OnlyTheCheckMarkWritesOtherThanItsField) {
+  // A factory file holds each key's default, except chk, which always reads "check".
+  Settings defaults;
+  Settings changed;
+  changed.other.chk = QStringLiteral("loaded");
+  QStringList differing;
+  for (const KeyRow& row : KeyTable()) {
+    if (WrittenText(row, defaults) != DefaultText(row)) {
+      differing << QString::fromLatin1(row.key) + QLatin1Char('=') + WrittenText(row, changed);
+    }
+  }
+  EXPECT_EQ(differing, QStringList{QStringLiteral("chk=check")});
 }
 
 TEST(KeyTable, EachRowBindsItsOwnFieldOrAnIntendedShare) {

@@ -283,7 +283,8 @@ bool SaveConfigurationX(AppState& state, Services& services) {
   state.log.Laction = QStringLiteral("Save Configuration");
   const QString path = state.files.SettingsFile;
   if (state.files.SettingsUnreadable) {
-    ShowError(state, services, path + QStringLiteral(": could not be read, so it is not saved over"));
+    ShowError(state, services,
+              path + QStringLiteral(": could not be read, so it is not saved over"));
     return false;
   }
   if (QFileInfo::exists(path) && services.fileUse.IsFileInUse(path)) {

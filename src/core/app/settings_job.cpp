@@ -10,6 +10,7 @@
 #include "app/pixel_mode_commands.h"
 #include "app/state.h"
 #include "settings/ini_document.h"
+#include "settings/key_lookup.h"
 #include "settings/key_names.h"
 #include "settings/settings_file.h"
 #include "util/atomic_write.h"
@@ -46,33 +47,38 @@ JobOutcome Get(AppState& state, const QStringList& names) {
   JobOutcome outcome;
   const settings::IniDocument doc = settings::ReadSettingsDocument(state.files.SettingsFile);
   for (const QString& text : names) {
-    const qsizetype dot = text.indexOf(QLatin1Char('.'));
-    const QString section = dot <= 0 ? QString() : text.left(dot).trimmed();
-    const QString key = dot <= 0 ? text.trimmed() : text.mid(dot + 1).trimmed();
-    const QString shown = section.isEmpty() ? QString() : section + QLatin1Char('.');
-    const auto location = settings::FindKey(text);
-    if (location && location->row) {
-      outcome.output << shown + location->row->WriteKey().trimmed() + QLatin1Char('=') +
-                            settings::FieldText(location->row->field(state.settings));
-      continue;
-    }
-    if (location && location->listSlot) {
-      outcome.output << shown + key + QLatin1Char('=') +
-                            settings::ListSlotValue(state.settings, *location);
+    const settings::KeyName name = settings::SplitKeyName(text);
+    const QString shown = name.section.isEmpty() ? QString() : name.section + QLatin1Char('.');
+    if (const auto key = settings::FindKey(name)) {
+      outcome.output << shown + key->Key().trimmed() + QLatin1Char('=') + key->Text(state.settings);
       continue;
     }
     // A key the program does not use: as the file holds it.
     std::optional<QString> raw;
     for (const QString& fileSection : doc.Sections()) {
-      if (!section.isEmpty() && !SameName(fileSection, section)) continue;
-      raw = doc.Value(fileSection, key);
+      if (!name.section.isEmpty() && !SameName(fileSection, name.section)) continue;
+      raw = doc.Value(fileSection, name.key);
       if (raw) break;
     }
     if (raw) {
-      outcome.output << shown + key + QLatin1Char('=') + *raw;
+      outcome.output << shown + name.key + QLatin1Char('=') + *raw;
     } else {
       outcome.status = Status::Refused;
       outcome.errors << QStringLiteral("no key %1 in %2").arg(text, state.files.SettingsFile);
+    }
+  }
+  return outcome;
+}
+
+/// One line per key: SECTION.KEY (type, default "TEXT"): what it controls.
+JobOutcome Describe(const QStringList& names) {
+  JobOutcome outcome;
+  for (const QString& name : names) {
+    if (const auto key = settings::FindKey(name)) {
+      outcome.output << key->Summary();
+    } else {
+      outcome.status = Status::Refused;
+      outcome.errors << QStringLiteral("unknown key ") + name.trimmed();
     }
   }
   return outcome;
@@ -117,6 +123,7 @@ JobOutcome Size(AppState& state, Services& services, QSize size) {
 }  // namespace
 
 JobOutcome SettingsJob::Run(AppState& state, Services& services) const {
+  if (command == Command::Describe) return Describe(keys);  // needs no settings file
   Choose(state, settingsFile);
   // A change reads, changes and writes the file under its lock, so that runs at the same time
   // all land; a query reads it as it stands.
@@ -147,6 +154,8 @@ JobOutcome SettingsJob::Run(AppState& state, Services& services) const {
       return SavedIf(true, state, services);
     case Command::Size:
       return Size(state, services, size);
+    case Command::Describe:
+      break;
   }
   return WithStatus(Status::Usage);
 }

@@ -20,10 +20,10 @@ struct AppState;
 struct Services;
 
 struct SettingsJob {
-  enum class Command { Get, Set, Mode, Direction, Corner, Size };
+  enum class Command { Get, Set, Mode, Direction, Corner, Size, Describe };
   QString settingsFile;
   Command command = Command::Get;
-  /// Get: key names ("KEY" or "SECTION.KEY"); Set: "KEY=VALUE" assignments.
+  /// Get and Describe: key names ("KEY" or "SECTION.KEY"); Set: "KEY=VALUE" assignments.
   QStringList keys;
   settings::PixelMode mode = settings::PixelMode::Monochrome;
   settings::ScanDirection direction = settings::ScanDirection::tr;
@@ -33,7 +33,8 @@ struct SettingsJob {
   /// Runs the command. Get answers "KEY=VALUE" lines (a key the program does not use as the
   /// file holds it; an unknown key is an error and the others are still answered). Set writes
   /// the keys as given, then loads and saves the file, so that keys which do not read back
-  /// return to their defaults. A refused change leaves the file as it was.
+  /// return to their defaults. Describe answers "SECTION.KEY (type, default "TEXT"): what it
+  /// controls" and needs no settings file. A refused change leaves the file as it was.
   JobOutcome Run(AppState& state, Services& services) const;
 };
 

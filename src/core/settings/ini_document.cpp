@@ -149,8 +149,8 @@ QStringList IniDocument::Keys(const QString& section) const {
 QByteArray IniDocument::Encode(const QString& text, bool latin1) {
   // A line read as Latin-1 goes back in its own bytes while it holds nothing beyond Latin-1.
   if (latin1) {
-    const bool fits = std::all_of(text.cbegin(), text.cend(),
-                                  [](QChar c) { return c.unicode() <= 0xFF; });
+    const bool fits =
+        std::all_of(text.cbegin(), text.cend(), [](QChar c) { return c.unicode() <= 0xFF; });
     if (fits) return text.toLatin1();
   }
   return text.toUtf8();

@@ -53,9 +53,9 @@ class IniDocument {
   };
   struct Section {
     QString name;
-    bool latin1 = false;      ///< the name was read as Latin-1
-    std::vector<Line> lines;  ///< up to the last line that is not blank
-    std::vector<Line> blanks;  ///< the blank lines that end the section; new keys go before
+    bool latin1 = false;        ///< the name was read as Latin-1
+    std::vector<Line> lines;    ///< up to the last line that is not blank
+    std::vector<Line> blanks;   ///< the blank lines that end the section; new keys go before
     QHash<QString, int> index;  ///< folded key name -> first line of `lines` holding it
   };
   /// Appends a key line to `section`, after its last line that is not blank.

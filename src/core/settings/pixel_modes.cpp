@@ -3,6 +3,8 @@
 
 #include <array>
 
+#include "settings/key_table.h"
+
 namespace vt::settings {
 namespace {
 
@@ -192,6 +194,25 @@ std::uint32_t ModeFlagsOf(const PixelModeSettings& pixel) {
 std::optional<PixelMode> StoredPixelMode(const Settings& settings) {
   return ModeFromFlags(settings, true);
 }
+
+QStringList ModeFlagKeys(std::uint32_t flags) {
+  // The key table names the fields; the row of a bit is the one bound to its field.
+  Settings probe;
+  QStringList keys;
+  for (std::size_t bit = 0; bit < kFlagFields.size(); ++bit) {
+    if ((flags & (1u << bit)) == 0) continue;
+    const bool* cell = &(probe.pixel.*kFlagFields[bit]);
+    for (const KeyRow& row : KeyTable()) {
+      const FieldRef field = row.field(probe);
+      if (const auto* b = std::get_if<bool*>(&field); b != nullptr && *b == cell) {
+        keys << row.WriteKey().trimmed();
+        break;
+      }
+    }
+  }
+  return keys;
+}
+
 
 void ApplyPixelMode(PixelModeSettings& pixel, PixelMode mode) {
   pixel.Neg = false;

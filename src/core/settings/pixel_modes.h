@@ -6,6 +6,7 @@
 // C4096, PM, ...) of the settings, and this file is the one place that knows the combinations.
 
 #include <QString>
+#include <QStringList>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -122,6 +123,8 @@ std::optional<PixelMode> PixelModeFromName(const QString& name);
 void ApplyModeFlags(PixelModeSettings& pixel, std::uint32_t flags);
 /// The ModeFlag bits currently set in the record.
 std::uint32_t ModeFlagsOf(const PixelModeSettings& pixel);
+/// The settings keys of the ModeFlag bits in `flags`, lowest bit first ("Monc", "Moni", "Neg").
+QStringList ModeFlagKeys(std::uint32_t flags);
 
 /// The mode the flags hold as the start-up re-selection tests them: Moni and Monc count only
 /// without NOMAT. Empty when no test matches.

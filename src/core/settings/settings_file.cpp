@@ -5,15 +5,16 @@
 #include <algorithm>
 #include <iterator>
 
+#include "settings/key_lookup.h"
 #include "settings/key_table.h"
 
 namespace vt::settings {
 namespace {
 
-const QString kMruSection = QStringLiteral("S18");
-const QString kFontMruSection = QStringLiteral("S19");
-const QString kExtensionSection = QStringLiteral("FS0");
-const QString kSizeSection = QStringLiteral("I2");
+const QString kMruSection = ListSection(KeyList::RecentFiles);
+const QString kFontMruSection = ListSection(KeyList::RecentFonts);
+const QString kExtensionSection = ListSection(KeyList::Extensions);
+const QString kSizeSection = ListSection(KeyList::CustomWidths);
 
 int ReadInt(const IniDocument& doc, const QString& section, const QString& key, int fallback) {
   const auto text = doc.Value(section, key);
@@ -21,13 +22,13 @@ int ReadInt(const IniDocument& doc, const QString& section, const QString& key, 
   return ParseIniInteger(*text).value_or(fallback);
 }
 
-}  // namespace
+QString MruKey(int n) { return ListKey(KeyList::RecentFiles, n); }
+QString FontMruKey(int n) { return ListKey(KeyList::RecentFonts, n); }
+QString ExtensionKey(int n) { return ListKey(KeyList::Extensions, n); }
+QString CustomWidthKey(int n) { return ListKey(KeyList::CustomWidths, n); }
+QString CustomHeightKey(int n) { return ListKey(KeyList::CustomHeights, n); }
 
-QString MruKey(int n) { return QStringLiteral("mru%1").arg(n); }
-QString FontMruKey(int n) { return QStringLiteral("fmru%1").arg(n); }
-QString ExtensionKey(int n) { return QStringLiteral("ext%1").arg(n); }
-QString CustomWidthKey(int n) { return QStringLiteral("cs%1w").arg(n); }
-QString CustomHeightKey(int n) { return QStringLiteral("cs%1h").arg(n); }
+}  // namespace
 
 Settings DefaultSettings(const FolderDefaults& folders) {
   Settings s;
@@ -72,13 +73,9 @@ void ReadSettings(const IniDocument& doc, Settings& settings, const FolderDefaul
 }
 
 void WriteSettings(const Settings& settings, IniDocument& doc) {
-  // The table binds fields through a mutable reference; writing only reads them.
-  Settings& source = const_cast<Settings&>(settings);
   for (const KeyRow& row : KeyTable()) {
     if (row.flags & kNoWrite) continue;
-    const QString text = (row.flags & kConstant) ? QString::fromLatin1(row.defaultText)
-                                                 : FieldText(row.field(source));
-    doc.SetValue(row.WriteSection(), row.WriteKey(), text);
+    doc.SetValue(row.WriteSection(), row.WriteKey(), WrittenText(row, settings));
   }
   for (int n = 0; n < kMruSlots; ++n) {
     const QString& v = n < settings.mru.size() ? settings.mru[n] : kEmptyMruSlot;

@@ -29,11 +29,4 @@ void WriteSettings(const Settings& settings, IniDocument& doc);
 /// parsed (the load of the configuration reports such a file; this is for reading keys).
 IniDocument ReadSettingsDocument(const QString& path);
 
-/// The sections and keys of the dynamic lists, for the command line's get and set.
-QString MruKey(int n);
-QString FontMruKey(int n);
-QString ExtensionKey(int n);
-QString CustomWidthKey(int n);
-QString CustomHeightKey(int n);
-
 }  // namespace vt::settings

@@ -71,8 +71,8 @@ int OpenTemporary(const QString& path, QString& named) {
   if (fd >= 0) return fd;
   for (int attempt = 0; attempt < 8; ++attempt) {
     named = TemporaryName(path);
-    const int byName = ::open(QFile::encodeName(named).constData(),
-                              O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0666);
+    const int byName =
+        ::open(QFile::encodeName(named).constData(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0666);
     if (byName >= 0 || errno != EEXIST) return byName;
   }
   return -1;
@@ -140,8 +140,8 @@ Result<bool> WriteFileAtomically(const QString& requested, const QByteArray& dat
     const QByteArray self = QByteArray("/proc/self/fd/") + QByteArray::number(file.get());
     for (int attempt = 0; attempt < 8 && named.isEmpty(); ++attempt) {
       const QString candidate = TemporaryName(path);
-      if (::linkat(AT_FDCWD, self.constData(), AT_FDCWD,
-                   QFile::encodeName(candidate).constData(), AT_SYMLINK_FOLLOW) == 0) {
+      if (::linkat(AT_FDCWD, self.constData(), AT_FDCWD, QFile::encodeName(candidate).constData(),
+                   AT_SYMLINK_FOLLOW) == 0) {
         named = candidate;
       } else if (errno != EEXIST) {
         return discard(errno);

@@ -34,9 +34,9 @@ Result<bool> CheckRegularOrMissing(const QString& path);
 /// it is complete, so a failure leaves the old file as it was. A link is followed to its final
 /// target, which is the file replaced. Anything that is not a regular file (a folder, a device,
 /// a pipe) is refused and left alone. An existing target's permissions pass to the new file, with
-/// the owner's write permission added (a read-only target is written all the same). The temporary file has no name until it is
-/// complete, so that a run killed while writing leaves nothing beside the target. Returns an Io
-/// error naming the path on failure.
+/// the owner's write permission added (a read-only target is written all the same). The temporary
+/// file has no name until it is complete, so that a run killed while writing leaves nothing beside
+/// the target. Returns an Io error naming the path on failure.
 Result<bool> WriteFileAtomically(const QString& path, const QByteArray& data,
                                  Durability durability = Durability::Synced);
 
