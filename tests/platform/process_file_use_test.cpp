@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <QFile>
+#include <QFileInfo>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QThread>
@@ -13,16 +14,18 @@ namespace vt::platform {
 namespace {
 
 /// Another process holding a file until it is killed. Made with `descriptor`, it returns once
-/// that descriptor of the process is open; else once `ready` says so (at most 10 s each).
+/// that descriptor of the process refers to `file`; else once `ready` says so (at most 10 s).
 class Holder {
  public:
-  Holder(const QString& program, const QStringList& arguments, int descriptor,
+  Holder(const QString& program, const QStringList& arguments, const QString& file, int descriptor,
          const std::function<bool()>& ready = {}) {
     process_.start(program, arguments);
     EXPECT_TRUE(process_.waitForStarted());
     const QString fd = QStringLiteral("/proc/%1/fd/%2").arg(process_.processId()).arg(descriptor);
     for (int i = 0; i < 1000; ++i) {
-      if (ready ? ready() : QFile::exists(fd)) return;
+      if (ready ? ready() : QFileInfo(fd).symLinkTarget() == QFileInfo(file).canonicalFilePath()) {
+        return;
+      }
       QThread::msleep(10);
     }
     ADD_FAILURE() << "the other process never held the file";
@@ -61,13 +64,14 @@ TEST_F(FileUseTest, AFileNobodyHoldsIsFree) {
 TEST_F(FileUseTest, AnotherProcessWritingItHoldsItAReaderDoesNot) {
   {
     Holder writer(QStringLiteral("sh"),
-                  {QStringLiteral("-c"), QStringLiteral("exec 3>>\"$0\"; exec sleep 30"), path_},
-                  3);
+                  {QStringLiteral("-c"), QStringLiteral("exec 7>>\"$0\"; exec sleep 30"), path_},
+                  path_, 7);
     EXPECT_TRUE(use_.IsFileInUse(path_));
   }
   EXPECT_FALSE(use_.IsFileInUse(path_));
   Holder reader(QStringLiteral("sh"),
-                {QStringLiteral("-c"), QStringLiteral("exec 3<\"$0\"; exec sleep 30"), path_}, 3);
+                {QStringLiteral("-c"), QStringLiteral("exec 7<\"$0\"; exec sleep 30"), path_},
+                path_, 7);
   EXPECT_FALSE(use_.IsFileInUse(path_));
 }
 
@@ -77,7 +81,7 @@ TEST_F(FileUseTest, ALockOrAnOfficeLockFileHoldsIt) {
     Holder locker(
         QStringLiteral("sh"),
         {QStringLiteral("-c"), QStringLiteral("exec 3<\"$0\"; flock -x 3; exec sleep 30"), path_},
-        0, [&] { return use_.IsFileInUse(path_); });
+        path_, 0, [&] { return use_.IsFileInUse(path_); });
     EXPECT_TRUE(use_.IsFileInUse(path_));
   }
   EXPECT_FALSE(use_.IsFileInUse(path_));
