@@ -50,7 +50,7 @@ TEST(ExportReport, ParagraphsOfACompressedPartialExport) {
       "Compressed data|2 Bytes|R|Compression statistics|--------------------------|"
       "Number of bytes saved : 7|Number of data bytes : 1|Number of consecutive pointers : 1|"
       "Number of identical bytes :8|Number of different bytes : 0|"
-      "Number of bytes in compression: 2|Compression ratio : 77.77%|R");
+      "Number of bytes in compression: 8|Compression ratio : 77.77%|R");
   expected.replace(QStringLiteral("|R"), QStringLiteral("|") + QString(57, QLatin1Char('-')));
   const settings::Settings s =
       With("MSBF=0|bw8=0|Neg=1|CORN1=0|CORN3=1|asrg=1|basf=1|nbmfn=temp1298621.bmp",

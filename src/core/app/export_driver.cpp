@@ -483,9 +483,15 @@ ExportResult TranslateCanvas(AppState& state, Services& services, const ExportRe
   ExportResult result = ResultOf(run, ExportStatus::Written);
   if (stored.output.Dnask || request.saveAlways || !request.savePath.isEmpty()) {
     result.savedPath = SaveEditorText(state, services, run);
-    if (result.savedPath.isEmpty()) result.status = ExportStatus::Stopped;
+    // A save that failed has told why; the export ends there, without its report.
+    if (result.savedPath.isEmpty()) {
+      result.status = ExportStatus::Stopped;
+      return result;
+    }
   }
+  // The report tells of the finished export: after the post-processing when it runs.
   if (stored.post.Autop) RunPostProcessing(state, services, run);
+  WriteExportReport(state, services, run);
   return result;
 }
 
@@ -594,11 +600,7 @@ bool ExportFrames(AppState& state, Services& services, ExportRun& run) {
   }
 
   if (state.modes.AnimationActive) return ExportAnimationFrames(state, services, run);
-  const bool written = WriteArray(state, services, run);
-  if (written && !run.ExportAbort && !run.ExportCancelled && !s.post.Autop) {
-    WriteExportReport(state, services, run);
-  }
-  return written;
+  return WriteArray(state, services, run);
 }
 
 bool WriteArray(AppState& state, Services& services, ExportRun& run) {

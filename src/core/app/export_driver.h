@@ -166,7 +166,9 @@ ExportResult EncodeButtonClick(AppState& state, Services& services, ExportReques
 /// Then a scratch copy of the canvas is kept, the canvas is converted for the run (interleaved
 /// lines), ExportFrames runs (once more after "Paste Now"), and the canvas is restored from the
 /// copy. A complete array is saved atomically to OFP + "/" + OutputFileName when Dnask holds
-/// (or where the request says); a failed save shows its error and leaves the old file.
+/// (or where the request says); a failed save shows its error, leaves the old file and ends the
+/// export. A finished export then runs the post-processing when Autop holds, and writes its
+/// report; a stopped or cancelled one writes none.
 ExportResult TranslateCanvas(AppState& state, Services& services, const ExportRequest& request);
 
 /// The export proper on the run. Compression is refused with ColRx and in 6-bit mode (the key

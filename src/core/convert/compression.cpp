@@ -45,7 +45,7 @@ QStringList CompressionStatistics(const CompressionCounters& c, long long dataBy
           QStringLiteral("Number of consecutive pointers : %1").arg(c.Pointers),
           QStringLiteral("Number of identical bytes :%1").arg(c.IdenticalBytes),
           QStringLiteral("Number of different bytes : %1").arg(c.DifferentBytes),
-          QStringLiteral("Number of bytes in compression: %1").arg(c.DataBytes + c.Pointers),
+          QStringLiteral("Number of bytes in compression: %1").arg(c.IdenticalBytes + c.DifferentBytes),
           QStringLiteral("Compression ratio : ") + CompressionRatioText(c, dataByteCount) +
               QLatin1Char('%')};
 }
