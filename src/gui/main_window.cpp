@@ -28,6 +28,7 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include "app/artwork.h"
 #include "app/canvas_commands.h"
 #include "app/display_commands.h"
 #include "app/graphic_import.h"
@@ -592,7 +593,9 @@ QMenu* MainWindow::BuildDitheringMenu() {
 }
 
 void MainWindow::InstallShellHooks() {
-  state_.shellHooks.saveArtwork = [this](app::AppState&, app::Services&) { return SaveArtwork(); };
+  state_.shellHooks.saveArtwork = [](app::AppState& state, app::Services& services) {
+    return app::SaveArtworkButtonClick(state, services);
+  };
   state_.shellHooks.formPositions = [this](app::AppState& state) {
     settings::WindowLayoutSettings& layout = state.settings.layout;
     layout.mft = QString::number(y());
@@ -750,20 +753,6 @@ app::ExportResult MainWindow::RunExport(const app::ExportRequest& request, bool 
     showingText_ = false;
   }
   return result;
-}
-
-bool MainWindow::SaveArtwork() {
-  QByteArray bytes;
-  QBuffer buffer(&bytes);
-  buffer.open(QIODevice::WriteOnly);
-  const QString name = state_.settings.output.nbmfn;
-  const QString suffix =
-      QFileInfo(name).suffix().isEmpty() ? QStringLiteral("bmp") : QFileInfo(name).suffix();
-  if (!state_.canvas.Bitmap().save(&buffer, suffix.toLatin1().constData())) return false;
-  const QString path = services_.folders.Pictures() + QLatin1Char('/') + name;
-  if (!WriteFileAtomically(path, bytes).ok()) return false;
-  state_.modes.ArtworkSaved = true;
-  return true;
 }
 
 void MainWindow::Refresh() {

@@ -130,7 +130,6 @@ class MainWindow final : public QMainWindow {
   /// A recent file ("&1 path"): pictures load into the canvas.
   void MRUFClick(const QString& item);
   void ConvertToDataToolButtonClick();
-  bool SaveArtwork();
 
   std::unique_ptr<DesktopServices> desktop_;
   app::Services& services_;

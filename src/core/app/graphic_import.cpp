@@ -64,7 +64,12 @@ bool ImportImageMDIChild(AppState& state, Services& services, const QString& pat
   state.settings.output.nbmfn = QFileInfo(path).fileName();
   defineOutputFileName(state);
   AssignInPutBitmap(state, services, picture, true);
-  if (!newFile) state.files.LastCanvasFile = QFileInfo(path).absoluteFilePath();
+  if (!newFile) {
+    state.files.LastCanvasFile = QFileInfo(path).absoluteFilePath();
+    if (!state.files.SourcePictures.contains(state.files.LastCanvasFile)) {
+      state.files.SourcePictures << state.files.LastCanvasFile;
+    }
+  }
   if (gif && frames == 1) {
     MessageDlgA(state, services.dialogs,
                 QStringLiteral(" Single layered GIF loaded, no animation ! "),
@@ -182,6 +187,8 @@ bool ImportGraphicPreview(AppState& state, Services& services, const GraphicPrev
   if (CheckMode(state, services, 0)) return false;
   if (!ResolveFloatingSelection(state, services, BlackWhiteConversions(state))) return false;
   state.settings.output.nbmfn = QFileInfo(preview.Path()).fileName();
+  const QString source = QFileInfo(preview.Path()).absoluteFilePath();
+  if (!state.files.SourcePictures.contains(source)) state.files.SourcePictures << source;
   state.files.ImportExtension = QLatin1Char('.') + QFileInfo(preview.Path()).suffix().toUpper();
   defineOutputFileName(state);
   AssignInPutBitmap(state, services, preview.Selected(), false);

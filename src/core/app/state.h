@@ -32,6 +32,7 @@ struct FileNames {
   QString SettingsFile;        ///< the active .LCD file (CurrentSettingsFile)
   QString InitFolder;          ///< folder of the init file, with a trailing separator
   QString LastCanvasFile;      ///< the graphic file last loaded onto the canvas, full path
+  QStringList SourcePictures;  ///< every picture file loaded onto the canvas, full paths
   QString ImportExtension;     ///< upper-case extension, with its dot, of the picture last read
   bool SettingsUnreadable = false;  ///< the settings file could not be taken: never saved over
   int SettingsLockDepth = 0;        ///< settings locks nested in this state (SettingsFileLock)
