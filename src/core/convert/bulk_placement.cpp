@@ -53,6 +53,7 @@ BlankRuns RunsOf(std::string_view text) {
 template <std::size_t Width>
 void PutDigits(const std::uint8_t* values, std::size_t count, const std::uint32_t* places,
                const char* digits, std::size_t width, char* line) {
+#pragma GCC unroll 4
   for (std::size_t k = 0; k < count; ++k) {
     const char* from = digits + std::size_t(values[k]) * kDigitSlot;
     if constexpr (Width > 0) {
@@ -60,6 +61,17 @@ void PutDigits(const std::uint8_t* values, std::size_t count, const std::uint32_
     } else {
       std::memcpy(line + places[k], from, width);
     }
+  }
+}
+
+/// The same for digit places `Stride` characters apart from `first`: the places need not be
+/// read, and the stores go to fixed offsets.
+template <std::size_t Width, std::size_t Stride>
+void PutDigitsEvenly(const std::uint8_t* values, std::size_t count, const char* digits,
+                     char* first) {
+#pragma GCC unroll 8
+  for (std::size_t k = 0; k < count; ++k) {
+    std::memcpy(first + k * Stride, digits + std::size_t(values[k]) * kDigitSlot, Width);
   }
 }
 
@@ -160,6 +172,15 @@ void BulkPlacement::MakeLineTemplate(long long expectedConstants) {
   if (!line.empty() && line.back() == '#') line.pop_back();
   lineTemplate_ = std::move(line);
   digitWidth_ = width;
+  digitStride_ = 0;
+  if (digitPlaces_.size() > 1) {
+    const std::uint32_t stride = digitPlaces_[1] - digitPlaces_[0];
+    bool even = true;
+    for (std::size_t k = 1; even && k < digitPlaces_.size(); ++k) {
+      even = digitPlaces_[k] - digitPlaces_[k - 1] == stride;
+    }
+    if (even) digitStride_ = stride;
+  }
   digitTable_ = std::move(table);
   digits_ = !hex ? digitTable_.data() : negate_ ? kNegatedHexSlots.data() : kHexSlots.data();
   lineRoom_ = std::max(lineRoom_, lineTemplate_.size() + 8);
@@ -256,6 +277,28 @@ void BulkPlacement::WriteFullLine(char* text, std::size_t length, ArrayLine& lin
   line.Next(spelling_.NumbersLines());
 }
 
+bool BulkPlacement::PutEvenHexDigits(const std::uint8_t* values, char* first) const {
+  switch (digitStride_) {
+    case 4:
+      PutDigitsEvenly<2, 4>(values, perLine_, digits_, first);
+      return true;
+    case 5:
+      PutDigitsEvenly<2, 5>(values, perLine_, digits_, first);
+      return true;
+    case 6:
+      PutDigitsEvenly<2, 6>(values, perLine_, digits_, first);
+      return true;
+    case 7:
+      PutDigitsEvenly<2, 7>(values, perLine_, digits_, first);
+      return true;
+    case 8:
+      PutDigitsEvenly<2, 8>(values, perLine_, digits_, first);
+      return true;
+    default:
+      return false;
+  }
+}
+
 const std::uint8_t* BulkPlacement::PlaceWholeLines(const std::uint8_t* values, std::size_t lines,
                                                    ArrayLine& line) {
   // Each line is written right after the line break of the one before.
@@ -265,6 +308,9 @@ const std::uint8_t* BulkPlacement::PlaceWholeLines(const std::uint8_t* values, s
   const std::uint32_t* places = digitPlaces_.data();
   for (std::size_t l = 0; l < lines; ++l, values += perLine_, at += step) {
     std::memcpy(at, lineTemplate_.data(), length);
+    // Two hexadecimal digits at places 4 to 8 characters apart, as in the common formats,
+    // go to fixed offsets.
+    if (digitWidth_ == 2 && PutEvenHexDigits(values, at + places[0])) continue;
     switch (digitWidth_) {
       case 2:
         PutDigits<2>(values, perLine_, places, digits_, 2, at);

@@ -62,6 +62,9 @@ class BulkPlacement {
                                       ArrayLine& line);
   /// Puts what a line starts with (ConstantSpelling::AppendHead) at `out`; its length.
   std::size_t PutHead(int number, char* out) const;
+  /// Puts the two-digit values of a whole line at `first` and every digitStride_ characters
+  /// after it; false (nothing done) when the stride is not one of 4 to 8.
+  bool PutEvenHexDigits(const std::uint8_t* values, char* first) const;
   /// Ends the full line of `length` bytes written at `text`, the end of the text, and adds it.
   void WriteFullLine(char* text, std::size_t length, ArrayLine& line);
 
@@ -82,6 +85,7 @@ class BulkPlacement {
   std::vector<char> digitTable_;
   const char* digits_ = nullptr;
   std::size_t digitWidth_ = 0;
+  std::size_t digitStride_ = 0;  // characters between digit places when evenly spaced, else 0
 };
 
 }  // namespace vt::convert
