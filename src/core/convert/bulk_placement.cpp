@@ -208,7 +208,7 @@ void BulkPlacement::Place(const std::uint8_t* values, std::size_t count, ArrayLi
   const std::uint8_t* next = values;
   const std::uint8_t* const end = values + count;
   while (next < end) {
-    if (line.constants == 0 && !lineTemplate_.empty()) {
+    if (line.constants == 0 && length == 0 && !lineTemplate_.empty()) {
       const std::size_t lines = std::size_t(end - next) / perLine_;
       if (lines > 0) {
         next = PlaceWholeLines(next, lines, line);
