@@ -22,6 +22,7 @@
 #include "settings/pixel_modes.h"
 #include "settings/settings_file.h"
 #include "util/atomic_write.h"
+#include "util/fast_paths.h"
 
 namespace vt::cli {
 namespace {
@@ -520,7 +521,8 @@ int RunExport(const QStringList& args, app::AppState& state, app::Services& serv
     // Gray and colour modes take any picture, reduced to the mode's palette as loading does.
     canvas::LoadModePalette(state, services);
     QImage reduced = image.copy();
-    canvas::ReduceLikeLoading(reduced, state.palettes, mode, services.escape);
+    canvas::ReduceLikeLoading(reduced, state.palettes, mode, services.escape,
+                              ReferencePathsRequested());
     state.canvas.Restore(reduced);
   }
   state.settings.output.nbmfn = QFileInfo(options.image).fileName();

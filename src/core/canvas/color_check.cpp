@@ -4,6 +4,7 @@
 #include "app/messages.h"
 #include "app/state.h"
 #include "canvas/color_reduction.h"
+#include "util/fast_paths.h"
 
 namespace vt::canvas {
 namespace {
@@ -34,7 +35,7 @@ int AskConvertOrReduce(app::AppState& state, app::Services& services, bool gray,
 }  // namespace
 
 int CheckGray256(app::AppState& state, const QImage& picture) {
-  const int found = CountPictureColors(picture);
+  const int found = CountPictureColors(picture, 1 << 24, ReferencePathsRequested());
   state.log.StatusBarAndLog(QStringLiteral("Found = ") + QString::number(found));
   return found;
 }
@@ -48,7 +49,9 @@ ColorCheck CheckColorsSelection(app::AppState& state, app::Services& services, Q
   if (levels == 0) return ColorCheck::Kept;  // 16M colours take any picture
 
   const bool gray = settings::IsGrayMode(mode);
-  const int colors = gray ? CheckGray256(state, picture) : CountPictureColors(picture);
+  const bool referencePaths = ReferencePathsRequested();
+  const int colors =
+      gray ? CheckGray256(state, picture) : CountPictureColors(picture, 1 << 24, referencePaths);
   if (colors <= levels) {
     if (gray) DoGrayscale(picture);
     return ColorCheck::Kept;
@@ -64,8 +67,8 @@ ColorCheck CheckColorsSelection(app::AppState& state, app::Services& services, Q
   const bool reduce = answer == Answer::Ok;
   (void)services.escape.EscapePressed();  // clears a press from before: only a new one stops
   if (reduce) {
-    ReduceToPalette(picture, state.palettes, mode, state.blackWhite.Dither.method);
-  } else if (ConvertToMyColor(picture, state.palettes, mode, services.escape) ==
+    ReduceToPalette(picture, state.palettes, mode, state.blackWhite.Dither.method, referencePaths);
+  } else if (ConvertToMyColor(picture, state.palettes, mode, services.escape, referencePaths) ==
              ConversionStatus::Interrupted) {
     app::MessageDlgA(state, services.dialogs, QStringLiteral(" Processing interrupted by escape !"),
                      QStringLiteral("Information"), 0, Buttons::Ok, DialogType::Information);
@@ -79,7 +82,7 @@ ColorCheck CheckColorsSelection(app::AppState& state, app::Services& services, Q
     Tell(state, services,
          QStringLiteral(" Picture has been converted from %1 to %2 colors")
              .arg(colors)
-             .arg(CountPictureColors(picture)));
+             .arg(CountPictureColors(picture, 1 << 24, referencePaths)));
   } else {
     Tell(state, services, QStringLiteral(" Picture has been converted to %1 colors").arg(levels));
   }
