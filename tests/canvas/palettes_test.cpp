@@ -345,13 +345,16 @@ TEST(PaletteFiles, ReadingAFileGivesWhatTheTextParserGives) {
     ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
     file.write(c.text);
     file.close();
-    const Result<Palette> read = ReadPaletteFile(path, c.entries);
     const Result<Palette> parsed = ParsePaletteText(QString::fromUtf8(c.text), path, c.entries);
-    ASSERT_EQ(read.ok(), parsed.ok()) << c.text;
-    if (read.ok()) {
-      EXPECT_EQ(read.value(), parsed.value()) << c.text;
-    } else {
-      EXPECT_EQ(read.error().ToString(), parsed.error().ToString()) << c.text;
+    // The bytes read in the written forms, and the reference path's whole text parsed.
+    for (const bool referencePaths : {false, true}) {
+      const Result<Palette> read = ReadPaletteFile(path, c.entries, referencePaths);
+      ASSERT_EQ(read.ok(), parsed.ok()) << c.text << referencePaths;
+      if (read.ok()) {
+        EXPECT_EQ(read.value(), parsed.value()) << c.text << referencePaths;
+      } else {
+        EXPECT_EQ(read.error().ToString(), parsed.error().ToString()) << c.text << referencePaths;
+      }
     }
   }
 }

@@ -197,7 +197,7 @@ struct Loaded {
   QString text;
 };
 
-Result<Loaded> ReadModePalette(const QString& settingsFile, PixelMode mode) {
+Result<Loaded> ReadModePalette(const QString& settingsFile, PixelMode mode, bool referencePaths) {
   const PaletteInfo info = PaletteInfoOf(mode);
   Loaded loaded;
   const QString custom = CustomPaletteFile(settingsFile, mode);
@@ -216,7 +216,7 @@ Result<Loaded> ReadModePalette(const QString& settingsFile, PixelMode mode) {
   if (path.isEmpty()) {
     loaded.palette = DefaultPalette(mode);
   } else {
-    Result<Palette> read = ReadPaletteFile(path, info.entries);
+    Result<Palette> read = ReadPaletteFile(path, info.entries, referencePaths);
     if (!read) return read.error();
     loaded.palette = std::move(read).value();
   }
@@ -266,7 +266,8 @@ bool LoadModePalette(app::AppState& state, app::Services& services, bool force) 
   const PaletteInfo info = PaletteInfoOf(mode);
   p.loadedMode = mode;
   p.loadedSettingsFile = state.files.SettingsFile;
-  Result<Loaded> loaded = ReadModePalette(state.files.SettingsFile, mode);
+  Result<Loaded> loaded =
+      ReadModePalette(state.files.SettingsFile, mode, ReferencePathsRequested());
   if (!loaded) {
     state.log.StatusBarAndLog(QStringLiteral("12 bit Palette corrupted !"));
     state.log.Append(loaded.error().ToString());
@@ -291,7 +292,8 @@ Result<bool> LoadCustomColorPalette(app::AppState& state, app::Services& service
     return Error{Error::Kind::Refused, path, 0, 0,
                  QStringLiteral("the current pixel mode takes no custom palette")};
   }
-  Result<Palette> read = ReadPaletteFile(path, PaletteInfoOf(mode).entries);
+  Result<Palette> read =
+      ReadPaletteFile(path, PaletteInfoOf(mode).entries, ReferencePathsRequested());
   if (!read) return read.error();
   if (Result<bool> written = WritePaletteFile(target, read.value()); !written) return written;
   LoadModePalette(state, services, /*force=*/true);
