@@ -186,7 +186,8 @@ class DataTextWriter final : public ValueSink {
   const QStringList& CommentBlock() const { return commentBlock_; }
 
  private:
-  /// The writer of the second plane of two-page gray: the same spelling, no dealing.
+  /// A writer that deals no pairs: the second plane's of two-page gray (the same spelling),
+  /// and what the public constructor starts from.
   struct SecondPlaneTag {};
   DataTextWriter(SecondPlaneTag, const settings::Settings& settings, platform::TextBuffer& text,
                  const DataTextOptions& options);
