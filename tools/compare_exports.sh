@@ -1,14 +1,19 @@
 #!/usr/bin/env bash
-# Exports every picture of a folder in every pixel mode, data direction and a few bit-order
-# keys with two builds of vantorelle-cli, and reports every export whose text, messages or exit
-# status differ (dates and times left out). For checking that a speed change keeps the output.
+# Exports every picture of a folder (.png, .bmp) in every pixel mode, data direction and a few
+# bit-order keys with two builds of vantorelle-cli, and reports every export whose text,
+# messages or exit status differ (dates and times left out). For checking that a speed change
+# keeps the output.
 # Usage: tools/compare_exports.sh OLD_CLI NEW_CLI PICTURE_DIR WORK_DIR
-# MODES="gray4 colors256" narrows the modes; KEYS="- ORGC=3|Neg=1" replaces the key sets (each
-# word one set of --set keys joined by "|", "-" for none).
+# MODES="gray4 colors256" narrows the modes; DIRECTIONS="default tl td" the directions;
+# KEYS="- ORGC=3|Neg=1" replaces the key sets (each word one set of --set keys joined by "|",
+# "-" for none). OLD_ENV and NEW_ENV give environment settings for each side's runs
+# ("VT_REFERENCE_PATHS=1"): one build against itself with the reference paths on one side.
 set -uo pipefail
 old="$1" new="$2" pictures="$3" work="$4"
 modes=${MODES:-$("$new" --help 2>&1 | sed -n 's/^ *monochrome, /monochrome, /p' | tr -d ' .' | tr ',' ' ')}
-directions="default tr tl tra tla td tda tu tua"
+directions=${DIRECTIONS:-"default tr tl tra tla td tda tu tua"}
+read -ra old_env <<<"${OLD_ENV:-}"
+read -ra new_env <<<"${NEW_ENV:-}"
 keys=("" "MSBF=0" "SWRG=1" "rgb2=1" "Neg=1" "snib=1" "RGBA=1")
 if [ -n "${KEYS:-}" ]; then
   keys=()
@@ -21,7 +26,8 @@ strip_dates() {
     -e "s#$work/(old|new)/##g" "$1" 2>/dev/null
 }
 runs=0 differ=0
-for picture in "$pictures"/*.png; do
+shopt -s nullglob
+for picture in "$pictures"/*.png "$pictures"/*.bmp; do
   for mode in $modes; do
     for direction in $directions; do
       for key in "${keys[@]}"; do
@@ -32,10 +38,11 @@ for picture in "$pictures"/*.png; do
           for one in "${sets[@]}"; do args+=(--set "$one"); done
         fi
         for side in old new; do
-          cli=$old; [ "$side" = new ] && cli=$new
+          cli=$old side_env=("${old_env[@]}")
+          [ "$side" = new ] && cli=$new side_env=("${new_env[@]}")
           rm -rf "$work/$side/out" && mkdir -p "$work/$side/out"
-          HOME="$work/$side/home" "$cli" "${args[@]}" -o "$work/$side/out/a.h" \
-            >"$work/$side/out/log" 2>&1
+          env "${side_env[@]}" HOME="$work/$side/home" "$cli" "${args[@]}" \
+            -o "$work/$side/out/a.h" >"$work/$side/out/log" 2>&1
           echo "exit $?" >>"$work/$side/out/log"
         done
         runs=$((runs + 1))

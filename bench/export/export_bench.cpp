@@ -5,7 +5,8 @@
 // Each measurement runs in a child process of its own, so that its peak memory is its own.
 // `--smoke` uses small pictures and one round; `--only NAME` measures one mode;
 // `--write-pictures DIR` writes the pictures as PNG files (the colour picture of each size and
-// its black-and-white form) for timing the command line, and measures nothing.
+// its black-and-white form) for timing the command line, and measures nothing. With
+// VT_REFERENCE_PATHS set, every stage takes its plain reference path.
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -35,6 +36,7 @@
 #include "rgb565_floor.h"
 #include "settings/geometry.h"
 #include "settings/pixel_modes.h"
+#include "util/fast_paths.h"
 
 namespace {
 
@@ -153,11 +155,12 @@ Times ExportMs(const QImage& picture, settings::PixelMode mode, const QString& f
   state.settings.output.nbmfn = QStringLiteral("bench.png");
   settings::ApplyModeFlags(state.settings.pixel, settings::Info(mode).flags);
   app::SetDisplaySize(state, picture.width(), picture.height());
+  const bool referencePaths = ReferencePathsRequested();
   // The canvas as loading leaves it: reduced to the palette, or black and white.
   QImage loaded = settings::IsMonochromeMode(mode) ? BlackAndWhite(picture) : picture.copy();
   if (!settings::IsMonochromeMode(mode)) {
     app::LoadModePalette(state, services);
-    canvas::ReduceLikeLoading(loaded, state.palettes, mode, escape);
+    canvas::ReduceLikeLoading(loaded, state.palettes, mode, escape, referencePaths);
   }
   state.canvas.Restore(loaded);
   bool ok = true;
@@ -173,13 +176,13 @@ Times ExportMs(const QImage& picture, settings::PixelMode mode, const QString& f
 
   // The array text needs every colour in the palette, as the command's reduction leaves it.
   if (!settings::IsMonochromeMode(mode)) {
-    canvas::ReduceForExport(loaded, state.palettes, mode, escape);
+    canvas::ReduceForExport(loaded, state.palettes, mode, escape, referencePaths);
     state.canvas.Restore(loaded);
   }
   const settings::Settings& s = state.settings;
   const convert::ImagePixelSource source(state.canvas.Bitmap());
   const std::unique_ptr<convert::ColorSearch> colors =
-      convert::ModeColorSearch(state.palettes, canvas::ModeOf(s));
+      convert::ModeColorSearch(state.palettes, canvas::ModeOf(s), referencePaths);
   const QString templateFile =
       convert::HeaderFileName(state.files.SettingsFile, convert::HeaderKind::Graphics);
   convert::ArrayRequest request{s,
@@ -192,6 +195,7 @@ Times ExportMs(const QImage& picture, settings::PixelMode mode, const QString& f
                                 QStringLiteral("24.11.2026 10:00:00")};
   request.colors = colors.get();
   request.reorderGrid = &state.reorder;
+  request.referencePaths = referencePaths;
   const double textMs = Fastest(
       [&] {
         state.text.Clear();

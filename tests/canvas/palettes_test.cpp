@@ -90,12 +90,14 @@ TEST(Palettes, IndexOfLargeAndChangedPalettesIsTheFirstMatchOfALinearSearch) {
   tables.push_back(Sorted(PixelMode::Gray4));
   std::mt19937 random(3);
   for (const Palette& table : tables) {
-    const ColorIndexer index(table);
+    const ColorIndexer index(table), linear(table, true);
+    EXPECT_FALSE(linear.Grid() || linear.Grays()) << table.size();
     for (int n = 0; n < 200; ++n) {
       const Color entry = table[random() % table.size()];
       for (const Color c :
            {entry, entry ^ 1u, entry ^ 0x100u, entry ^ 0x10000u, entry | 0x1000000u}) {
         EXPECT_EQ(index.Find(c), scan(table, c)) << table.size() << " " << std::hex << c;
+        EXPECT_EQ(linear.Find(c), scan(table, c)) << table.size() << " " << std::hex << c;
       }
     }
     if (table.size() > 7) EXPECT_EQ(index.Find(table[7]), 7) << table.size();
@@ -183,7 +185,8 @@ TEST(Palettes, WindowSearchEqualsAScanOfTheWindow) {
   // Half way between two levels: 3-bit (18, 91), 5-bit (4, 12) and 6-bit (2, 6) channels.
   const Color ties[] = {18, 91, 4, 12, 2, 6};
   for (const Palette& p : palettes) {
-    NearestColorSearch search(p);
+    // The reference form scans every window: it must agree too.
+    NearestColorSearch search(p), scanning(p, true);
     const int n = int(p.size());
     for (int k = 0; k < 400; ++k) {
       const Color c = k % 2 == 0
@@ -195,6 +198,7 @@ TEST(Palettes, WindowSearchEqualsAScanOfTheWindow) {
         if (ColorDistance(c, p[i]) < best) best = ColorDistance(c, p[i]), want = i;
       }
       ASSERT_EQ(search.SearchWindow(c, lo, hi), want) << n << " " << c;
+      ASSERT_EQ(scanning.SearchWindow(c, lo, hi), want) << n << " " << c;
     }
   }
 }
@@ -341,13 +345,16 @@ TEST(PaletteFiles, ReadingAFileGivesWhatTheTextParserGives) {
     ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
     file.write(c.text);
     file.close();
-    const Result<Palette> read = ReadPaletteFile(path, c.entries);
     const Result<Palette> parsed = ParsePaletteText(QString::fromUtf8(c.text), path, c.entries);
-    ASSERT_EQ(read.ok(), parsed.ok()) << c.text;
-    if (read.ok()) {
-      EXPECT_EQ(read.value(), parsed.value()) << c.text;
-    } else {
-      EXPECT_EQ(read.error().ToString(), parsed.error().ToString()) << c.text;
+    // The bytes read in the written forms, and the reference path's whole text parsed.
+    for (const bool referencePaths : {false, true}) {
+      const Result<Palette> read = ReadPaletteFile(path, c.entries, referencePaths);
+      ASSERT_EQ(read.ok(), parsed.ok()) << c.text << referencePaths;
+      if (read.ok()) {
+        EXPECT_EQ(read.value(), parsed.value()) << c.text << referencePaths;
+      } else {
+        EXPECT_EQ(read.error().ToString(), parsed.error().ToString()) << c.text << referencePaths;
+      }
     }
   }
 }

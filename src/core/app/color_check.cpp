@@ -5,6 +5,7 @@
 #include "app/palette_commands.h"
 #include "app/state.h"
 #include "canvas/color_reduction.h"
+#include "util/fast_paths.h"
 
 namespace vt::app {
 
@@ -38,7 +39,7 @@ int AskConvertOrReduce(AppState& state, Services& services, bool gray, int level
 }  // namespace
 
 int CheckGray256(AppState& state, const QImage& picture) {
-  const int found = CountPictureColors(picture);
+  const int found = CountPictureColors(picture, 1 << 24, ReferencePathsRequested());
   state.log.StatusBarAndLog(QStringLiteral("Found = ") + QString::number(found));
   return found;
 }
@@ -52,7 +53,9 @@ ColorCheck CheckColorsSelection(AppState& state, Services& services, QImage& pic
   if (levels == 0) return ColorCheck::Kept;  // 16M colours take any picture
 
   const bool gray = settings::IsGrayMode(mode);
-  const int colors = gray ? CheckGray256(state, picture) : CountPictureColors(picture);
+  const bool referencePaths = ReferencePathsRequested();
+  const int colors =
+      gray ? CheckGray256(state, picture) : CountPictureColors(picture, 1 << 24, referencePaths);
   if (colors <= levels) {
     if (gray) DoGrayscale(picture);
     return ColorCheck::Kept;
@@ -68,8 +71,8 @@ ColorCheck CheckColorsSelection(AppState& state, Services& services, QImage& pic
   const bool reduce = answer == Answer::Ok;
   (void)services.escape.EscapePressed();  // clears a press from before: only a new one stops
   if (reduce) {
-    ReduceToPalette(picture, state.palettes, mode, state.blackWhite.Dither.method);
-  } else if (ConvertToMyColor(picture, state.palettes, mode, services.escape) ==
+    ReduceToPalette(picture, state.palettes, mode, state.blackWhite.Dither.method, referencePaths);
+  } else if (ConvertToMyColor(picture, state.palettes, mode, services.escape, referencePaths) ==
              ConversionStatus::Interrupted) {
     MessageDlgA(state, services.dialogs, QStringLiteral(" Processing interrupted by escape !"),
                 QStringLiteral("Information"), 0, Buttons::Ok, DialogType::Information);
@@ -83,7 +86,7 @@ ColorCheck CheckColorsSelection(AppState& state, Services& services, QImage& pic
     Tell(state, services,
          QStringLiteral(" Picture has been converted from %1 to %2 colors")
              .arg(colors)
-             .arg(CountPictureColors(picture)));
+             .arg(CountPictureColors(picture, 1 << 24, referencePaths)));
   } else {
     Tell(state, services, QStringLiteral(" Picture has been converted to %1 colors").arg(levels));
   }

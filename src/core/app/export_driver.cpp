@@ -23,6 +23,7 @@
 #include "platform/clock.h"
 #include "settings/geometry.h"
 #include "settings/pixel_modes.h"
+#include "util/fast_paths.h"
 
 namespace vt::app {
 
@@ -115,13 +116,17 @@ ExportResult Ended(ExportStatus status) {
 void ReduceCanvasColors(AppState& state, Services& services, const ExportRun& run) {
   LoadModePalette(state, services);
   const bool colors256 = run.settings.pixel.C256 && !run.settings.pixel.G256;
-  if (!colors256 && !canvas::HasUnknownColor(state.canvas.Bitmap(),
-                                             *state.palettes.index.For(state.palettes.Colors()))) {
-    return;  // nothing to convert: spare the copy
+  const bool referencePaths = run.request.referencePaths;
+  // Nothing to convert: spare the copy (the reference path makes it and lets the reduction
+  // find that out).
+  if (!referencePaths && !colors256 &&
+      !canvas::HasUnknownColor(state.canvas.Bitmap(),
+                               *state.palettes.index.For(state.palettes.Colors()))) {
+    return;
   }
   QImage bitmap = state.canvas.Snapshot();
-  if (canvas::ReduceForExport(bitmap, state.palettes, canvas::ModeOf(run.settings),
-                              services.escape) != canvas::ConversionStatus::NoConversion) {
+  if (canvas::ReduceForExport(bitmap, state.palettes, canvas::ModeOf(run.settings), services.escape,
+                              referencePaths) != canvas::ConversionStatus::NoConversion) {
     state.canvas.Restore(bitmap);
   }
 }
@@ -386,6 +391,7 @@ ExportResult TranslateCanvas(AppState& state, Services& services, const ExportRe
   const settings::ScanSettings& scan = stored.scan;
   ExportRun run;
   run.request = request;
+  run.request.referencePaths = request.referencePaths || ReferencePathsRequested();
   run.selection = request.selection;
 
   if (p.ccomp && (stored.width.D16bc || stored.width.D32bc)) {
@@ -657,7 +663,8 @@ bool WriteArray(AppState& state, Services& services, ExportRun& run) {
   if (target == DataTarget::Binary) hexTarget = &binaryTarget;
   if (target == DataTarget::IntelHex) hexTarget = &intelHexTarget;
   LoadModePalette(state, services);
-  const std::unique_ptr<ColorSearch> search = ModeColorSearch(state.palettes, canvas::ModeOf(s));
+  const std::unique_ptr<ColorSearch> search =
+      ModeColorSearch(state.palettes, canvas::ModeOf(s), run.request.referencePaths);
   ColorSearch& colors = *search;
   ArrayRequest request{s,
                        source,
@@ -671,6 +678,7 @@ bool WriteArray(AppState& state, Services& services, ExportRun& run) {
                        hexTarget};
   request.colors = &colors;
   request.reorderGrid = &state.reorder;
+  request.referencePaths = run.request.referencePaths;
   ArrayResult result = convert::WriteArray(request, state.text);
   if (result.completed && result.compressionFailed) {
     // Runs too short to pay for their pointers: the array is written again, uncompressed.

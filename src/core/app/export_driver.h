@@ -77,6 +77,11 @@ struct ExportRequest {
   // Where the finished text goes.
   QString savePath;         ///< not empty: saved here, whatever Dnask says
   bool saveAlways = false;  ///< save to OFP + "/" + OutputFileName even without Dnask
+
+  /// The plain reference paths of every stage in place of the fast ones (the same output).
+  /// TranslateCanvas also takes them when the environment asks for them
+  /// (ReferencePathsRequested).
+  bool referencePaths = false;
 };
 
 /// What the dialog shows when it opens: the request with its boxes taken from the keys and the

@@ -19,6 +19,7 @@
 #include "settings/ini_document.h"
 #include "settings/key_names.h"
 #include "settings/settings_file.h"
+#include "util/fast_paths.h"
 
 namespace vt::app {
 namespace {
@@ -143,7 +144,8 @@ JobOutcome ExportJob::Run(AppState& state, Services& services) const {
     // Gray and colour modes take any picture, reduced to the mode's palette as loading does.
     LoadModePalette(state, services);
     QImage reduced = pixels.copy();
-    canvas::ReduceLikeLoading(reduced, state.palettes, pixelMode, services.escape);
+    canvas::ReduceLikeLoading(reduced, state.palettes, pixelMode, services.escape,
+                              ReferencePathsRequested());
     state.canvas.Restore(reduced);
   }
   state.settings.output.nbmfn = QFileInfo(image).fileName();

@@ -13,6 +13,7 @@
 #include "convert/constant_format.h"
 #include "convert/data_text.h"
 #include "platform/clock.h"
+#include "util/fast_paths.h"
 
 namespace vt::app {
 namespace {
@@ -47,7 +48,8 @@ Result<bool> LoadCustomColorPalette(AppState& state, Services& services, const Q
     return Error{Error::Kind::Refused, path, 0, 0,
                  QStringLiteral("the current pixel mode takes no custom palette")};
   }
-  Result<canvas::Palette> read = canvas::ReadPaletteFile(path, canvas::PaletteInfoOf(mode).entries);
+  Result<canvas::Palette> read =
+      canvas::ReadPaletteFile(path, canvas::PaletteInfoOf(mode).entries, ReferencePathsRequested());
   if (!read) return read.error();
   if (Result<bool> written = canvas::WritePaletteFile(target, read.value()); !written) {
     return written;
@@ -68,8 +70,10 @@ Result<bool> ExportPaletteToText(AppState& state, Services& services, const QStr
 void ConvertCanvasToNearestColor(AppState& state, Services& services) {
   state.log.StatusBarAndLog(QStringLiteral("Processing Color Conversion ..."));
   LoadModePalette(state, services);
-  const auto status = canvas::ConvertToNearestColor(
-      state.canvas.EditBitmap(), state.palettes, canvas::ModeOf(state.settings), services.escape);
+  const auto status =
+      canvas::ConvertToNearestColor(state.canvas.EditBitmap(), state.palettes,
+                                    canvas::ModeOf(state.settings), services.escape,
+                                    ReferencePathsRequested());
   state.canvas.CopyBitmapToCanvas();
   if (status == ConversionStatus::Interrupted) TellInterrupted(state, services);
 }
@@ -79,8 +83,10 @@ void ConvertCanvasToMyColor(AppState& state, Services& services) {
   LoadModePalette(state, services);
   QElapsedTimer timer;
   timer.start();
-  const auto status = canvas::ConvertToMyColor(state.canvas.EditBitmap(), state.palettes,
-                                               canvas::ModeOf(state.settings), services.escape);
+  const auto status =
+      canvas::ConvertToMyColor(state.canvas.EditBitmap(), state.palettes,
+                               canvas::ModeOf(state.settings), services.escape,
+                               ReferencePathsRequested());
   state.canvas.CopyBitmapToCanvas();
   if (status == ConversionStatus::Interrupted) {
     TellInterrupted(state, services);
@@ -111,7 +117,8 @@ long long CheckColorsButtonClick(AppState& state, Services& services) {
   const canvas::Palette palette = settings::IsMonochromeMode(mode)
                                       ? canvas::Palette{canvas::kBlack, canvas::kWhite}
                                       : state.palettes.Colors();
-  const long long unknown = canvas::CountUnknownColors(state.canvas.Bitmap(), palette);
+  const long long unknown =
+      canvas::CountUnknownColors(state.canvas.Bitmap(), palette, ReferencePathsRequested());
   Tell(state, services,
        unknown == 0 ? QStringLiteral("Test successful !")
                     : QString::number(unknown) + QStringLiteral(" unknown color(s) found !"),

@@ -11,11 +11,14 @@
 #include <cstdlib>
 #include <memory>
 #include <new>
+#include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "canvas/palette_files.h"
 #include "platform/messenger.h"
 #include "util/atomic_write.h"
+#include "util/fast_paths.h"
 
 namespace vt::canvas {
 namespace {
@@ -63,11 +66,24 @@ class ColorMemo {
   std::size_t mask_ = 0;
 };
 
-/// Replaces every pixel through `search`, asking it once per distinct colour. Escape is polled
-/// once a row.
-template <typename Search>
-ConversionStatus MapPixels(QImage& image, platform::KeyPoll& escape, Search search) {
-  ColorMemo memo(std::size_t(image.width()) * image.height());
+/// The reference form of ColorMemo: the same slots in a standard map.
+class PlainColorMemo {
+ public:
+  std::uint64_t& Slot(Color c, bool& found) {
+    const auto [at, added] = slots_.try_emplace(c, 0);
+    found = !added;
+    return at->second;
+  }
+
+ private:
+  std::unordered_map<Color, std::uint64_t> slots_;
+};
+
+/// Replaces every pixel through `search`, asking it once per distinct colour, whose answer
+/// `memo` keeps. Escape is polled once a row.
+template <typename Memo, typename Search>
+ConversionStatus MapPixelsWith(QImage& image, platform::KeyPoll& escape, Memo& memo,
+                               Search search) {
   Color lastIn = 0xFFFFFFFF, lastOut = 0;
   for (int y = 0; y < image.height(); ++y) {
     if (escape.EscapePressed()) return ConversionStatus::Interrupted;
@@ -87,15 +103,42 @@ ConversionStatus MapPixels(QImage& image, platform::KeyPoll& escape, Search sear
   return ConversionStatus::Done;
 }
 
+/// MapPixelsWith the open-addressing memo, or with `referencePaths` the plain one.
+template <typename Search>
+ConversionStatus MapPixels(QImage& image, platform::KeyPoll& escape, Search search,
+                           bool referencePaths) {
+  if (referencePaths) {
+    PlainColorMemo memo;
+    return MapPixelsWith(image, escape, memo, search);
+  }
+  ColorMemo memo(std::size_t(image.width()) * image.height());
+  return MapPixelsWith(image, escape, memo, search);
+}
+
 QImage AsRgb32(const QImage& image) {
   return image.format() == QImage::Format_RGB32 ? image
                                                 : image.convertToFormat(QImage::Format_RGB32);
 }
 
+/// The reference form of DistinctColors: a standard set.
+int PlainDistinctColors(const QImage& image, int limit) {
+  std::unordered_set<Color> seen;
+  for (int y = 0; y < image.height(); ++y) {
+    const QRgb* row = reinterpret_cast<const QRgb*>(image.constScanLine(y));
+    for (int x = 0; x < image.width(); ++x) {
+      seen.insert(row[x] & 0x00FFFFFFu);
+      if (int(seen.size()) > limit) return int(seen.size());
+    }
+  }
+  return int(seen.size());
+}
+
 /// Distinct colours of `image`, counting stops above `limit`. The colours go into a set of
 /// open addressing sized for the most the count can reach (the pixels, or the limit and one);
 /// where that set would outgrow a bit per colour value (2 MB), the bits are used instead.
-int DistinctColors(const QImage& image, int limit) {
+/// With `referencePaths`, PlainDistinctColors.
+int DistinctColors(const QImage& image, int limit, bool referencePaths) {
+  if (referencePaths) return PlainDistinctColors(image, limit);
   const int width = image.width(), height = image.height();
   const std::size_t pixels = std::size_t(std::max(width, 0)) * std::size_t(std::max(height, 0));
   const std::size_t most = std::min(std::size_t(std::max(limit, 0)) + 1, pixels);
@@ -148,7 +191,7 @@ struct Loaded {
   QString text;
 };
 
-Result<Loaded> ReadModePalette(const QString& settingsFile, PixelMode mode) {
+Result<Loaded> ReadModePalette(const QString& settingsFile, PixelMode mode, bool referencePaths) {
   const PaletteInfo info = PaletteInfoOf(mode);
   Loaded loaded;
   const QString custom = CustomPaletteFile(settingsFile, mode);
@@ -167,7 +210,7 @@ Result<Loaded> ReadModePalette(const QString& settingsFile, PixelMode mode) {
   if (path.isEmpty()) {
     loaded.palette = DefaultPalette(mode);
   } else {
-    Result<Palette> read = ReadPaletteFile(path, info.entries);
+    Result<Palette> read = ReadPaletteFile(path, info.entries, referencePaths);
     if (!read) return read.error();
     loaded.palette = std::move(read).value();
   }
@@ -215,7 +258,7 @@ bool LoadModePalette(const settings::Settings& settings, const QString& settings
   const PaletteInfo info = PaletteInfoOf(mode);
   p.loadedMode = mode;
   p.loadedSettingsFile = settingsFile;
-  Result<Loaded> loaded = ReadModePalette(settingsFile, mode);
+  Result<Loaded> loaded = ReadModePalette(settingsFile, mode, ReferencePathsRequested());
   if (!loaded) {
     messenger.StatusBarAndLog(QStringLiteral("12 bit Palette corrupted !"));
     messenger.AppendLog(loaded.error().ToString());
@@ -233,33 +276,36 @@ bool LoadModePalette(const settings::Settings& settings, const QString& settings
 }
 
 ConversionStatus ConvertToNearestColor(QImage& image, PaletteState& palettes, PixelMode mode,
-                                       platform::KeyPoll& escape) {
+                                       platform::KeyPoll& escape, bool referencePaths) {
   if (HasNoConversion(mode) || palettes.Colors().empty()) return ConversionStatus::NoConversion;
   if (palettes.SmallPaletteMode) {
     const Palette& small = palettes.SmallPalette;
-    return MapPixels(image, escape, [&](Color c) { return NearestSmallColor(c, small); });
+    return MapPixels(
+        image, escape, [&](Color c) { return NearestSmallColor(c, small); }, referencePaths);
   }
-  NearestColorSearch& search = palettes.nearest.For(palettes.LargePalette);
+  NearestColorSearch& search = palettes.nearest.For(palettes.LargePalette, referencePaths);
   search.ClearLastIndex();
-  const ConversionStatus status =
-      MapPixels(image, escape, [&](Color c) { return search.NearestColor(c); });
+  const ConversionStatus status = MapPixels(
+      image, escape, [&](Color c) { return search.NearestColor(c); }, referencePaths);
   palettes.lastIndex = search.LastIndex();
   return status;
 }
 
 ConversionStatus ConvertToMyColor(QImage& image, const PaletteState& palettes, PixelMode mode,
-                                  platform::KeyPoll& escape) {
+                                  platform::KeyPoll& escape, bool referencePaths) {
   if (HasNoConversion(mode) || palettes.Colors().empty()) return ConversionStatus::NoConversion;
-  NearestColorSearch search(palettes.Colors());
-  return MapPixels(image, escape,
-                   [&](Color c) { return c == 0 ? Color(0) : search.NearestColorKill(c); });
+  NearestColorSearch search(palettes.Colors(), referencePaths);
+  return MapPixels(
+      image, escape, [&](Color c) { return c == 0 ? Color(0) : search.NearestColorKill(c); },
+      referencePaths);
 }
 
-int CountPictureColors(const QImage& image, int limit) {
-  return DistinctColors(AsRgb32(image), limit);
+int CountPictureColors(const QImage& image, int limit, bool referencePaths) {
+  return DistinctColors(AsRgb32(image), limit, referencePaths);
 }
 
-void ReduceToPalette(QImage& image, PaletteState& palettes, PixelMode mode, DitherMethod method) {
+void ReduceToPalette(QImage& image, PaletteState& palettes, PixelMode mode, DitherMethod method,
+                     bool referencePaths) {
   if (HasNoConversion(mode) || palettes.Colors().empty()) return;
   const auto rgb = [](int r, int g, int b) { return Color(r) | Color(g) << 8 | Color(b) << 16; };
   if (palettes.SmallPaletteMode) {
@@ -268,7 +314,7 @@ void ReduceToPalette(QImage& image, PaletteState& palettes, PixelMode mode, Dith
                      [&](int r, int g, int b) { return NearestSmallColor(rgb(r, g, b), small); });
     return;
   }
-  NearestColorSearch search(palettes.LargePalette);
+  NearestColorSearch search(palettes.LargePalette, referencePaths);
   DitherRasterWith(image, method,
                    [&](int r, int g, int b) { return search.NearestColor(rgb(r, g, b)); });
   palettes.lastIndex = search.LastIndex();
@@ -310,8 +356,8 @@ void ForEachUnknown(const QImage& image, const ColorIndexer& palette, Unknown un
 
 }  // namespace
 
-long long CountUnknownColors(const QImage& image, const Palette& palette) {
-  return CountUnknownColors(image, ColorIndexer(palette));
+long long CountUnknownColors(const QImage& image, const Palette& palette, bool referencePaths) {
+  return CountUnknownColors(image, ColorIndexer(palette, referencePaths));
 }
 
 long long CountUnknownColors(const QImage& image, const ColorIndexer& palette) {
@@ -356,33 +402,34 @@ bool HasUnknownColor(const QImage& image, const ColorIndexer& palette) {
 }
 
 void ReduceLikeLoading(QImage& image, PaletteState& palettes, PixelMode mode,
-                       platform::KeyPoll& escape) {
+                       platform::KeyPoll& escape, bool referencePaths) {
   const PaletteInfo info = PaletteInfoOf(mode);
   if (info.entries == 0) return;
   if (settings::IsGrayMode(mode)) DoGrayscale(image);
   // A picture of no more pixels than the palette has entries has no more colours either.
   const long long pixels = static_cast<long long>(image.width()) * image.height();
-  if (pixels > info.entries && DistinctColors(image, info.entries) > info.entries) {
-    ConvertToNearestColor(image, palettes, mode, escape);
+  if (pixels > info.entries && DistinctColors(image, info.entries, referencePaths) > info.entries) {
+    ConvertToNearestColor(image, palettes, mode, escape, referencePaths);
   }
 }
 
 ConversionStatus ReduceForExport(QImage& image, PaletteState& palettes, PixelMode mode,
-                                 platform::KeyPoll& escape) {
+                                 platform::KeyPoll& escape, bool referencePaths) {
   if (HasNoConversion(mode) || palettes.Colors().empty()) return ConversionStatus::NoConversion;
   ConversionStatus status = ConversionStatus::NoConversion;
-  if (HasUnknownColor(image, *palettes.index.For(palettes.Colors()))) {
-    status = ConvertToNearestColor(image, palettes, mode, escape);
+  if (HasUnknownColor(image, *palettes.index.For(palettes.Colors(), referencePaths))) {
+    status = ConvertToNearestColor(image, palettes, mode, escape, referencePaths);
     if (status == ConversionStatus::Interrupted) return status;
   }
   const bool colors256 = mode == PixelMode::Colors256 || mode == PixelMode::Colors256OwnPalette;
-  if (colors256 && DistinctColors(image, 236) > 236) {
-    status = ConvertToNearestColor(image, palettes, mode, escape);
+  if (colors256 && DistinctColors(image, 236, referencePaths) > 236) {
+    status = ConvertToNearestColor(image, palettes, mode, escape, referencePaths);
   }
   return status;
 }
 
-Result<bool> ConvertPictureFileToColors(const QString& inPath, const QString& outPath, int colors) {
+Result<bool> ConvertPictureFileToColors(const QString& inPath, const QString& outPath, int colors,
+                                        bool referencePaths) {
   PixelMode mode;
   switch (colors) {
     case 256:
@@ -411,7 +458,7 @@ Result<bool> ConvertPictureFileToColors(const QString& inPath, const QString& ou
   PaletteState palettes;
   Install(palettes, mode, DefaultPalette(mode));
   platform::NoKeyPoll never;
-  ConvertToNearestColor(image, palettes, mode, never);
+  ConvertToNearestColor(image, palettes, mode, never, referencePaths);
   QByteArray bytes;
   {
     QBuffer buffer(&bytes);

@@ -44,48 +44,56 @@ bool LoadModePalette(const settings::Settings& settings, const QString& settings
 /// How a conversion ended.
 enum class ConversionStatus { Done, Interrupted, NoConversion };
 
+// Each conversion below takes `referencePaths`: true runs its plain reference form (the nearest
+// colour by a scan of the window, the colour index by a linear search, the answers and the
+// colour count kept in standard containers), which gives the same picture or count.
+
 /// ConvertToNearestColor: every pixel of `image` (Format_RGB32) to its nearest palette colour,
 /// by NearestColor in the large modes and by a search of the whole palette in the small ones;
 /// each distinct colour is searched once. Monochrome and 16M: nothing is done. Escape is polled
 /// once a row. palettes.lastIndex takes the index of the last answer.
 ConversionStatus ConvertToNearestColor(QImage& image, PaletteState& palettes,
-                                       settings::PixelMode mode, platform::KeyPoll& escape);
+                                       settings::PixelMode mode, platform::KeyPoll& escape,
+                                       bool referencePaths = false);
 /// ConvertToMyColor: the map conversion, each distinct non-black colour through
 /// NearestColorKill on the mode's palette (black stays black). 16M: nothing is done.
 ConversionStatus ConvertToMyColor(QImage& image, const PaletteState& palettes,
-                                  settings::PixelMode mode, platform::KeyPoll& escape);
+                                  settings::PixelMode mode, platform::KeyPoll& escape,
+                                  bool referencePaths = false);
 /// DoGrayscale: Y = (R*77 + G*150 + B*29) >> 8 for every channel.
 void DoGrayscale(QImage& image);
 /// Number of pixels whose colour is not in `palette`.
-long long CountUnknownColors(const QImage& image, const Palette& palette);
-/// The same through an index of the palette.
+long long CountUnknownColors(const QImage& image, const Palette& palette,
+                             bool referencePaths = false);
+/// The same through an index of the palette (whose form chooses the path).
 long long CountUnknownColors(const QImage& image, const ColorIndexer& palette);
 /// Whether some pixel's colour is not in the indexed palette; stops at the first.
 bool HasUnknownColor(const QImage& image, const ColorIndexer& palette);
 
 /// Number of distinct colours of a picture; the count stops above `limit`.
-int CountPictureColors(const QImage& image, int limit = 1 << 24);
+int CountPictureColors(const QImage& image, int limit = 1 << 24, bool referencePaths = false);
 
 /// The reduction offered after an import: the error-diffusion engine with `method`, each value
 /// going to its palette colour by the same rule as ConvertToNearestColor, so that the picture
 /// ends holding palette colours only. Monochrome and 16M: nothing is done.
 void ReduceToPalette(QImage& image, PaletteState& palettes, settings::PixelMode mode,
-                     DitherMethod method);
+                     DitherMethod method, bool referencePaths = false);
 
 /// A picture reduced the way loading reduces it: in a gray mode the gray conversion first;
 /// then, when it holds more colours than the mode has, ConvertToNearestColor. Monochrome and
 /// 16M pictures are left as they are.
 void ReduceLikeLoading(QImage& image, PaletteState& palettes, settings::PixelMode mode,
-                       platform::KeyPoll& escape);
+                       platform::KeyPoll& escape, bool referencePaths = false);
 /// The export's reduction: when the picture holds a colour outside the palette,
 /// ConvertToNearestColor; then, in 256 colours with more than 236 colours, the same again
 /// (which keeps a picture already in the palette).
 ConversionStatus ReduceForExport(QImage& image, PaletteState& palettes, settings::PixelMode mode,
-                                 platform::KeyPoll& escape);
+                                 platform::KeyPoll& escape, bool referencePaths = false);
 
 /// The file conversions to 256, 4096, 65536 or 262144 colours (`colors`): the picture file
 /// read, reduced by nearest colour to the built-in palette of that many colours, written to
 /// `outPath` in the format of its extension.
-Result<bool> ConvertPictureFileToColors(const QString& inPath, const QString& outPath, int colors);
+Result<bool> ConvertPictureFileToColors(const QString& inPath, const QString& outPath, int colors,
+                                        bool referencePaths = false);
 
 }  // namespace vt::canvas

@@ -134,9 +134,10 @@ Result<Palette> ParsePaletteText(const QString& text, const QString& path, int e
   return palette;
 }
 
-Result<Palette> ReadPaletteFile(const QString& path, int entries) {
+Result<Palette> ReadPaletteFile(const QString& path, int entries, bool referencePaths) {
   Result<QByteArray> read = ReadBytes(path);
   if (!read) return read.error();
+  if (referencePaths) return ParsePaletteText(QString::fromUtf8(read.value()), path, entries);
   // The lines as ParsePaletteText cuts them (at LF, a CR before it dropped; nothing after a
   // final break), read from the bytes; a line of another form than the written ones goes
   // through ParseColorText, and any fault through ParsePaletteText for its message.

@@ -23,8 +23,9 @@ std::optional<Color> ParseColorText(const QString& text);
 /// 0 the line count must be exactly that (an empty last line does not count); a line that is
 /// no colour is an error giving its line number.
 Result<Palette> ParsePaletteText(const QString& text, const QString& path, int entries = 0);
-/// Reads a palette file (see ParsePaletteText).
-Result<Palette> ReadPaletteFile(const QString& path, int entries = 0);
+/// Reads a palette file (see ParsePaletteText): the lines in the forms the files are written in
+/// straight from the bytes, or with `referencePaths` the whole text by ParsePaletteText.
+Result<Palette> ReadPaletteFile(const QString& path, int entries = 0, bool referencePaths = false);
 /// The text of a palette file: "$00BBGGRR" per line, CRLF line ends.
 QByteArray PaletteFileText(const Palette& palette);
 /// Writes a palette file atomically.

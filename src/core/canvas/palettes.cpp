@@ -189,7 +189,12 @@ bool ColorIndexer::TakeGrid(std::span<const Color> table) {
   return true;
 }
 
-ColorIndexer::ColorIndexer(std::span<const Color> table) : size_(int(table.size())) {
+ColorIndexer::ColorIndexer(std::span<const Color> table, bool linearSearch)
+    : size_(int(table.size())) {
+  if (linearSearch) {
+    table_.assign(table.begin(), table.end());
+    return;
+  }
   if (TakeGrid(table)) return;
   // A table of grays (the gray modes) is indexed by level.
   const bool grays = !table.empty() && std::all_of(table.begin(), table.end(), [](Color c) {
@@ -215,17 +220,25 @@ ColorIndexer::ColorIndexer(std::span<const Color> table) : size_(int(table.size(
   }
 }
 
-NearestColorSearch& NearestSearchCache::For(const Palette& sortedPalette) {
-  if (!search_ || search_->Colors() != sortedPalette) {
-    search_ = std::make_shared<NearestColorSearch>(sortedPalette);
+int ColorIndexer::Scan(Color c) const {
+  const auto at = std::find(table_.begin(), table_.end(), c);
+  return at == table_.end() ? -1 : int(at - table_.begin());
+}
+
+NearestColorSearch& NearestSearchCache::For(const Palette& sortedPalette, bool referencePaths) {
+  if (!search_ || windowScan_ != referencePaths || search_->Colors() != sortedPalette) {
+    search_ = std::make_shared<NearestColorSearch>(sortedPalette, referencePaths);
+    windowScan_ = referencePaths;
   }
   return *search_;
 }
 
-std::shared_ptr<const ColorIndexer> PaletteIndexCache::For(const Palette& palette) {
-  if (!index_ || indexed_ != palette) {
-    index_ = std::make_shared<const ColorIndexer>(palette);
+std::shared_ptr<const ColorIndexer> PaletteIndexCache::For(const Palette& palette,
+                                                           bool referencePaths) {
+  if (!index_ || linear_ != referencePaths || indexed_ != palette) {
+    index_ = std::make_shared<const ColorIndexer>(palette, referencePaths);
     indexed_ = palette;
+    linear_ = referencePaths;
   }
   return index_;
 }
@@ -252,7 +265,9 @@ int Gap(int v, int cell) {
 }
 }  // namespace
 
-NearestColorSearch::NearestColorSearch(Palette sortedPalette) : p_(std::move(sortedPalette)) {
+NearestColorSearch::NearestColorSearch(Palette sortedPalette, bool windowScan)
+    : p_(std::move(sortedPalette)), windowScan_(windowScan) {
+  if (windowScan_) return;
   const std::optional<std::array<int, 3>> bits = GridBitsOf(p_);
   if (!bits) return;
   // Distances add up channel by channel: on a grid the nearest colour is the nearest level of
@@ -309,8 +324,9 @@ int NearestColorSearch::SearchWindow(Color c, int lo, int hi) {
                   nearestLevel_[0][c & 0xFF];
     if (i >= lo && i <= hi) return i;
   }
-  // A short window is scanned; a long one is looked up through its grid.
-  if (hi - lo < 256) {
+  // A short window is scanned (every window, in the reference form); a long one is looked up
+  // through its grid.
+  if (windowScan_ || hi - lo < 256) {
     int best = std::numeric_limits<int>::max(), bestIndex = -1;
     for (int i = lo; i <= hi; ++i) {
       const int d = ColorDistance(c, p_[i]);

@@ -66,10 +66,13 @@ std::optional<std::array<int, 3>> GridBitsOf(std::span<const Color> table);
 /// entry 0: a hash of (colour, first index) pairs, open addressing over a power-of-two table
 /// at most three quarters full. A table that is every colour of some bits per channel in
 /// ascending order (the built-in large palettes, sorted) needs no hash: the index is made of
-/// the channels' own indexes. It keeps no reference to the table it was built from.
+/// the channels' own indexes; a table of grays is indexed by level. The reference form is the
+/// linear search itself. It keeps no reference to the table it was built from.
 class ColorIndexer {
  public:
-  explicit ColorIndexer(std::span<const Color> table);
+  /// The index of `table`; with `linearSearch` (the reference path) the table is searched
+  /// entry by entry, and Grays and Grid give nothing.
+  explicit ColorIndexer(std::span<const Color> table, bool linearSearch = false);
   std::optional<int> IndexOf(std::int64_t color) const {
     if (color < 0 || color > 0xFFFFFFFF) return std::nullopt;
     const int i = Find(static_cast<Color>(color));
@@ -87,6 +90,7 @@ class ColorIndexer {
       if ((r | g | b) < 0 || c > 0xFFFFFF) return -1;
       return (b << shiftBlue_) | (g << shiftGreen_) | r;
     }
+    if (slots_.empty()) return Scan(c);  // the reference form
     std::size_t i = Slot(c);
     for (;;) {
       const std::uint64_t s = slots_[i];
@@ -121,7 +125,10 @@ class ColorIndexer {
   std::size_t Slot(Color c) const {
     return static_cast<std::size_t>((std::uint64_t(c) * 0x9E3779B97F4A7C15ull) >> shift_);
   }
-  std::vector<int> grays_;  // a table of grays: by level (256 entries), else empty
+  /// The first index of `c` in the table kept by the linear form, or -1.
+  int Scan(Color c) const;
+  std::vector<Color> table_;  // the linear form: the table itself, else empty
+  std::vector<int> grays_;    // a table of grays: by level (256 entries), else empty
   std::vector<std::uint64_t> slots_;
   std::size_t mask_ = 0;
   int shift_ = 63;
@@ -132,13 +139,16 @@ class ColorIndexer {
 };
 
 /// The index of a palette kept between exports: built again only when the palette differs
-/// from the one it was built for (compared entry by entry, far cheaper than a build).
+/// from the one it was built for (compared entry by entry, far cheaper than a build), or the
+/// other form is asked for.
 class PaletteIndexCache {
  public:
-  std::shared_ptr<const ColorIndexer> For(const Palette& palette);
+  /// The index of `palette`, in its linear reference form with `referencePaths`.
+  std::shared_ptr<const ColorIndexer> For(const Palette& palette, bool referencePaths = false);
 
  private:
   Palette indexed_;
+  bool linear_ = false;
   std::shared_ptr<const ColorIndexer> index_;
 };
 
@@ -148,11 +158,14 @@ class PaletteIndexCache {
 /// quarter is never tried. In a window the least squared RGB distance wins, the lowest index of
 /// equal distances first. A near colour outside the window is not found: that is the rule.
 /// The windows are indexed by a grid of colour cells, so each search looks at a few cells only,
-/// with answers identical to a scan of the window.
+/// with answers identical to a scan of the window; on a palette of every colour of some bits
+/// per channel, the nearest level of each channel answers at once. The reference form scans
+/// the window.
 class NearestColorSearch {
  public:
-  /// Searches a copy of `sortedPalette`.
-  explicit NearestColorSearch(Palette sortedPalette);
+  /// Searches a copy of `sortedPalette`; with `windowScan` (the reference path) each window is
+  /// scanned entry by entry.
+  explicit NearestColorSearch(Palette sortedPalette, bool windowScan = false);
   /// The palette searched.
   const Palette& Colors() const { return p_; }
   ~NearestColorSearch();
@@ -177,6 +190,7 @@ class NearestColorSearch {
   Grid& GridFor(int lo, int hi);
 
   const Palette p_;
+  const bool windowScan_;
   std::vector<std::unique_ptr<Grid>> grids_;
   int lastIndex_ = 0;
   bool grid_ = false;  // the palette is a grid: the nearest level of each channel
@@ -188,10 +202,12 @@ class NearestColorSearch {
 /// built: made again only when the palette differs from the one it searches.
 class NearestSearchCache {
  public:
-  NearestColorSearch& For(const Palette& sortedPalette);
+  /// The search of `sortedPalette`, scanning its windows with `referencePaths`.
+  NearestColorSearch& For(const Palette& sortedPalette, bool referencePaths = false);
 
  private:
   std::shared_ptr<NearestColorSearch> search_;
+  bool windowScan_ = false;
 };
 
 /// The nearest entry of a small palette, the whole palette searched, the first of equal

@@ -59,6 +59,7 @@ ArrayResult WriteArray(const ArrayRequest& request, platform::TextBuffer& text) 
   DataTextOptions options;
   options.eol = EndOfLineFlagsOf(settings.format);
   options.dataByteCount = header.dataByteCount;
+  options.referencePaths = request.referencePaths;
   DataTextWriter writer(settings, text, options);
   writer.SetHexByteTarget(request.hexTarget);
 
@@ -89,7 +90,7 @@ ArrayResult WriteArray(const ArrayRequest& request, platform::TextBuffer& text) 
   // The common cases take the fast loops, which give the same bytes.
   const auto* image = dynamic_cast<const ImagePixelSource*>(&request.source);
   std::optional<bool> fast;
-  if (image != nullptr) {
+  if (image != nullptr && !request.referencePaths) {
     fast = FastWalkArea(walk, *image, writer, reorder ? &reorder->Program() : nullptr, cursor);
   }
   result.completed = fast ? *fast : WalkArea(walk, cursor);

@@ -4,13 +4,13 @@
 #include <QString>
 #include <optional>
 
-#include "platform/text_buffer.h"
 #include "convert/compression.h"
 #include "convert/data_text.h"
 #include "convert/header_template.h"
 #include "convert/pixel_source.h"
 #include "convert/reorder.h"
 #include "convert/scan_walker.h"
+#include "platform/text_buffer.h"
 #include "settings/settings.h"
 
 namespace vt::platform {
@@ -46,6 +46,9 @@ struct ArrayRequest {
   /// The rearrangement table that values pass through while dore is on; none: they pass as
   /// they are.
   const ReorderGrid* reorderGrid = nullptr;
+  /// The walkers and packers value by value and the writer's plain placing, in place of the
+  /// fast walk and the bulk placement: the reference form of the same text.
+  bool referencePaths = false;
 };
 
 /// What writing the array left.

@@ -279,11 +279,11 @@ class ColorPack {
 }  // namespace
 
 std::unique_ptr<ColorSearch> ModeColorSearch(const canvas::PaletteState& palettes,
-                                             settings::PixelMode mode) {
+                                             settings::PixelMode mode, bool referencePaths) {
   const canvas::Palette& colors = palettes.Colors();
   const int entries = canvas::PaletteInfoOf(mode).entries;
   const bool blackSlot = entries == 32 || entries == 0x40000;
-  return std::make_unique<ColorSearch>(palettes.index.For(colors),
+  return std::make_unique<ColorSearch>(palettes.index.For(colors, referencePaths),
                                        blackSlot ? int(colors.size()) : -1);
 }
 

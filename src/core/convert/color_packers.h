@@ -21,9 +21,9 @@ namespace vt::convert {
 /// remembered, so runs of one colour cost one comparison.
 class ColorSearch {
  public:
-  /// Searches `table`, indexed here.
-  explicit ColorSearch(const canvas::Palette& table)
-      : index_(std::make_shared<const canvas::ColorIndexer>(table)) {}
+  /// Searches `table`, indexed here (searched entry by entry with `referencePaths`).
+  explicit ColorSearch(const canvas::Palette& table, bool referencePaths = false)
+      : index_(std::make_shared<const canvas::ColorIndexer>(table, referencePaths)) {}
   /// Searches a palette through its `index`, followed by a black slot at position
   /// `blackSlot` when that is not negative (the search tables of 32 gray and 262k).
   ColorSearch(std::shared_ptr<const canvas::ColorIndexer> index, int blackSlot)
@@ -60,9 +60,10 @@ class ColorSearch {
 };
 
 /// The search of `mode` over `palettes` (its cached index, and the black slot of 32 gray and
-/// 262k), as SearchTable(mode, palettes.Colors()) would be searched.
+/// 262k), as SearchTable(mode, palettes.Colors()) would be searched; with `referencePaths`
+/// the index is the linear search.
 std::unique_ptr<ColorSearch> ModeColorSearch(const canvas::PaletteState& palettes,
-                                             settings::PixelMode mode);
+                                             settings::PixelMode mode, bool referencePaths = false);
 
 /// The text of ColorNotFound for `color`: " Color not found in Palette! \r" and, for -1 (a
 /// pixel outside the bitmap), " Check if Heigth or Width matches with pixels per byte format ",

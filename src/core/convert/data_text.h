@@ -14,10 +14,13 @@
 #include <string>
 #include <vector>
 
-#include "platform/text_buffer.h"
+#include "convert/bulk_placement.h"
 #include "convert/constant_format.h"
+#include "convert/constant_spelling.h"
 #include "convert/header_template.h"
+#include "convert/two_page_dealing.h"
 #include "convert/value_sink.h"
+#include "platform/text_buffer.h"
 #include "settings/settings.h"
 
 namespace vt::convert {
@@ -57,6 +60,9 @@ struct DataTextOptions {
   /// The font generator drives the formatter: the last value gets its line ending at once, and
   /// with HCO the lines go to the comment block.
   bool fontMode = false;
+  /// Every byte goes value by value, none through the bulk placement: the plain reference form
+  /// of the same text.
+  bool referencePaths = false;
 };
 
 /// The texts of the comment preamble that do not come from the settings.
@@ -91,20 +97,22 @@ struct DataEndInfo {
   std::optional<CompressedArrayEnd> compression;
 };
 
-/// The line builder of the data text: one per export, writing into a TextBuffer. It takes the
-/// values of the packers through the ValueSink calls and keeps the state of the line being
-/// built: the constant, the held parts of a 16 or 32-bit word, the picture comment of the
-/// current constant, the constants on the line, leading zeros added and the line number.
-/// A line is closed when it holds ORGC constants; WriteDataEnd closes the array.
+/// The plain formatter of the data text: one per array, writing into a TextBuffer. It takes
+/// the values of the packers through the ValueSink calls, value by value, and keeps the state
+/// of the line being built: the constant, the held parts of a 16 or 32-bit word, the picture
+/// comment of the current constant, the constants on the line, leading zeros added and the
+/// line number. A line is closed when it holds ORGC constants; WriteDataEnd closes the array.
 ///
 /// With 16 or 32-bit output the bytes of a word arrive one by one and are joined (by MSBF)
-/// when the last arrives. In two-page 4 gray (G42) the values arrive in pairs (Value, then
-/// SecondValue): their 16 bits are dealt to a byte of the main array and a byte of the second
-/// plane, which is written by a writer of its own into the second buffer.
+/// when the last arrives. In two-page 4 gray (G42) the values arrive in pairs: their 16 bits
+/// are dealt (TwoPageDealing) to a byte of the main array and a byte of the second plane,
+/// which a writer of its own writes into the second buffer.
 ///
-/// The settings must stay unchanged during the run: the spelling of the constants (prefixes,
-/// separators, end mark, the text of each byte value in each place of a line) is worked out
-/// once, when the writer is made. Lines are built as UTF-8.
+/// Runs of finished bytes (EmitValues) go to the bulk placement (BulkPlacement) where the run
+/// allows it, unless the run asks for the reference paths; the text is the same either way.
+///
+/// Invariants: the settings stay unchanged during the run (the spelling of the constants is
+/// worked out once, when the writer is made); lines are built as UTF-8.
 class DataTextWriter final : public ValueSink {
  public:
   /// `secondPlane` receives the second array of two-page gray; may be null otherwise.
@@ -135,7 +143,8 @@ class DataTextWriter final : public ValueSink {
   void GroupStart() override;
   /// Takes `count` finished bytes in a row, each as EmitValue(value, true) would after a
   /// StartComment with no bit marked. Bytes of a single width with no picture and no byte
-  /// target are placed from tables built once; any other case goes value by value.
+  /// target go to the bulk placement (unless the reference paths are asked for); any other case
+  /// goes value by value.
   void EmitValues(const std::uint8_t* values, std::size_t count);
 
   /// The next complete value is the last of the data, whatever the count says.
@@ -162,7 +171,9 @@ class DataTextWriter final : public ValueSink {
   /// Whether each constant of the run carries the picture of its bits (MarkBit matters).
   bool DrawsPictures() const { return pictureEnabled_; }
   /// The line being built.
-  QString Line() const { return QString::fromUtf8(line_.data(), qsizetype(line_.size())); }
+  QString Line() const {
+    return QString::fromUtf8(line_.text.data(), qsizetype(line_.text.size()));
+  }
   /// The picture comment of the current constant; empty when none is drawn.
   QString Picture() const { return QString::fromUtf8(picture_.data(), qsizetype(picture_.size())); }
   /// The comment opener of the active style.
@@ -170,51 +181,35 @@ class DataTextWriter final : public ValueSink {
   /// Bytes taken so far by EmitValue.
   long long ValueCount() const { return valueCount_; }
   /// Bytes placed into this array so far (in two-page gray, one per pair).
-  long long ArrayBytes() const { return arrayBytes_; }
+  long long ArrayBytes() const { return line_.arrayBytes; }
   /// Lines of the comment block (font generator with HCO).
   const QStringList& CommentBlock() const { return commentBlock_; }
 
  private:
+  /// A writer that deals no pairs: the second plane's of two-page gray (the same spelling),
+  /// and what the public constructor starts from.
   struct SecondPlaneTag {};
   DataTextWriter(SecondPlaneTag, const settings::Settings& settings, platform::TextBuffer& text,
-                 DataTextOptions options);
+                 const DataTextOptions& options);
 
-  /// Where a constant stands on its line; One when a line holds one constant.
-  enum Place { One, First, Middle, Last, kPlaces };
-  /// The spelled forms of the 256 byte values in one place of a line, constant and
-  /// separators included, each in a slot of its own, spelled when first used; the bulk path
-  /// copies whole slots.
-  struct PieceTable {
-    static constexpr int kSlot = 16;  ///< bytes of a slot: up to 15 of text, then the length
-    std::array<char, 256 * kSlot> slots{};
-  };
-
-  void BuildSpelling();
-  /// The two-page gray tables: each byte value's bits dealt as the first or second of a pair.
-  void BuildDealing();
-  /// The bulk path: places `count` bytes as constants of this array, each as PutConstant would.
+  /// Whether runs of bytes can go to the bulk placement; makes it the first time it is asked.
+  bool BulkReady();
+  /// Places `count` finished bytes (Neg not applied yet) as constants of this array: the bulk
+  /// way up to the data's last value, which takes the plain way.
   void PlaceBytes(const std::uint8_t* values, std::size_t count);
-  /// Sets up the whole-line template when the line's text is fixed but for the digits.
-  void BuildLineTemplate();
-  /// The piece of a byte in `place`: the text before, the digits, the text after (as a
-  /// separator follows).
-  std::string Piece(Place place, int value);
-  /// Spells the byte `value` as delivered (Neg applied here) into its slot of `place`.
-  void FillSlot(Place place, int value, char* slot);
-  Place PlaceOf(int constantsOnLine) const;
+  /// Two-page gray runs: whole pairs are dealt a block at a time and each plane places its
+  /// bytes.
+  void EmitPairs(const std::uint8_t* values, std::size_t count);
+  /// How many bytes may still be placed before the data's last one.
+  std::size_t BytesBeforeTheLast() const;
+
   std::string PictureTemplate() const;
-  /// The digits of a word (no prefix or suffix) into `out`; counts a leading zero of Addof.
-  void SpellWord(const int* parts, int count, std::string& out);
   void PutConstant(const int* parts, int count, bool last);
   void AppendConstant(bool last);
-  /// CPRE, the line number with LineN, cpfr: what a line starts with.
-  void AppendHead(std::string& line) const;
   void CloseLine(bool force);
   /// Inserts the end mark, drops a final "#", keeps the picture's column; the line to write.
   void FinishLine(std::string& line) const;
   void WriteLine(std::string_view line);
-  void EndLine();
-  QString EndMark() const;
   void RemoveEndMark(QString& line) const;
   void FinishArray();
 
@@ -222,74 +217,36 @@ class DataTextWriter final : public ValueSink {
   platform::TextBuffer& text_;
   DataTextOptions options_;
   CommentStyle style_;
-  ConstantFormat format_;
   DataTarget target_;
   int wordBytes_;
   int perLine_;  // ORGC, at least 1
   bool pictureEnabled_;
-  bool dealPlanes_;  // this writer deals two-page gray pairs to itself and the second plane
   HexByteTarget* hexTarget_ = nullptr;
-  std::unique_ptr<DataTextWriter> secondPlane_;
-
-  // The spelling of the run, as UTF-8.
-  std::string cpre_, cpfr_, endMark_, pictureTemplate_;
-  std::string pre_;                                       // before the digits
-  std::array<std::array<std::string, 2>, kPlaces> post_;  // after them, by place and separator
-  bool pictureAfter_ = false;       // the picture follows the constant (one per line)
-  bool pictureAscii_ = true;        // picture positions are byte positions
-  bool gapFree_ = false;            // no line of the bulk path can hold a run of four blanks
-  std::vector<PieceTable> pieces_;  // by place, for the bulk path; empty when it cannot run
-  std::size_t lineRoom_ = 0;        // the longest line of the bulk path
-  // Whole lines of the bulk path when every value's digits have one width: the line with its
-  // digits left out, where each constant's digits go, and the digits of each value.
-  std::string lineTemplate_;
-  std::vector<std::uint32_t> digitPlaces_;
-  std::vector<char> digitTable_;  // spelled digits, when they are not hexadecimal
-  const char* digits_ = nullptr;  // slots of 8 a value: digitTable_ or a built-in hex table
-  std::size_t digitWidth_ = 0;
-  bool hexDigits_ = false;  // the digits are the two hexadecimal digits of each value
-  int hexStride_ = 0;       // hexadecimal digit places this many characters apart, else 0
+  ConstantSpelling spelling_;
+  std::string pictureTemplate_;
+  bool pictureAfter_ = false;  // the picture follows the constant (one per line)
+  bool pictureAscii_ = true;   // picture positions are byte positions
 
   // The line builder.
+  ArrayLine line_;
   std::string valueText_;
+  std::string piece_;  // scratch for one constant
   std::array<int, 4> parts_{};
   int partCount_ = 0;  // held parts of a word (HalfPending while above 0)
-  bool pairPending_ = false;
-  int pairFirst_ = 0;
-  std::string line_;
-  std::string piece_;  // scratch for one constant
-  int constantsOnLine_ = 0;
-  int lineNumber_ = 0;
   std::string picture_;
-  int leadingZeros_ = 0;
   long long valueCount_ = 0;
-  long long arrayBytes_ = 0;
   long long lastConstant_ = 0;  // constants placed when the last is placed; 0 when unknown
-  // Two-page gray: the main byte's bits (low) and the second plane's (high) of each byte
-  // value as the first and as the second of a pair.
-  std::array<std::uint16_t, 256> dealFirst_{};
-  std::array<std::uint16_t, 256> dealSecond_{};
   bool lastMarked_ = false;
   bool groupOpen_ = false;
-  /// The data lines written, as runs of consecutive lines of text_: first index and count.
-  struct LineRun {
-    int first;
-    int count;
-  };
-  std::vector<LineRun> dataLines_;
-  /// Counts `count` data lines from index `first` of text_.
-  void AddDataLines(int first, int count) {
-    if (!dataLines_.empty() && dataLines_.back().first + dataLines_.back().count == first) {
-      dataLines_.back().count += count;
-    } else {
-      dataLines_.push_back({first, count});
-    }
-  }
-  /// The index of the last data line written; -1 when none was.
-  int LastDataLine() const {
-    return dataLines_.empty() ? -1 : dataLines_.back().first + dataLines_.back().count - 1;
-  }
   QStringList commentBlock_;
+
+  /// Two-page gray: the dealing of the pairs (main writer only) and the second plane's writer.
+  std::optional<TwoPageDealing> dealing_;
+  std::unique_ptr<DataTextWriter> secondPlane_;
+
+  /// The bulk placement of runs; tried once, when the first run comes.
+  std::unique_ptr<BulkPlacement> bulk_;
+  bool bulkTried_ = false;
 };
 
 }  // namespace vt::convert

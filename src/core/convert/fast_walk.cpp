@@ -33,67 +33,160 @@ int Trunc(double value) { return static_cast<int>(std::trunc(value)); }
 enum class Octet : std::uint8_t {};
 
 /// How one packer call reads and packs, by mode.
-enum class Kind { Mono, Levels4, Nibbles, Colors8, Index, Levels32, C4096, C65536, C262k, C16M };
+enum class Packing { Mono, Levels4, Nibbles, Colors8, Index, Levels32, C4096, C65536, C262k, C16M };
 
-/// Pixels one packer call of `kind` reads along its axis.
-int PixelsPerCall(Kind kind) {
-  switch (kind) {
-    case Kind::Mono:
-    case Kind::Colors8:
+/// Pixels one packer call of `packing` reads along its axis.
+int PixelsPerCall(Packing packing) {
+  switch (packing) {
+    case Packing::Mono:
+    case Packing::Colors8:
       return 8;
-    case Kind::Levels4:
+    case Packing::Levels4:
       return 4;
-    case Kind::Nibbles:
+    case Packing::Nibbles:
       return 2;
     default:
       return 1;
   }
 }
 
-/// The rectangle of the pixels a walk reads, as the walk plans it.
+/// Whether one packer call of `packing` reads one pixel.
+constexpr bool OnePixel(Packing packing) {
+  return packing == Packing::Index || packing == Packing::Levels32 || packing == Packing::C4096 ||
+         packing == Packing::C65536 || packing == Packing::C262k || packing == Packing::C16M;
+}
+
+/// The rectangle of the pixels a walk reads, as the walk plans it (all bounds inclusive).
 struct Reach {
   int minX = 0, maxX = -1, minY = 0, maxY = -1;
   bool any = false;
-  void Add(int x0, int x1, int y0, int y1) {
-    if (x0 > x1 || y0 > y1) return;
+  void Add(int left, int right, int top, int bottom) {
+    if (left > right || top > bottom) return;
     if (!any) {
-      minX = x0, maxX = x1, minY = y0, maxY = y1;
+      minX = left, maxX = right, minY = top, maxY = bottom;
       any = true;
       return;
     }
-    minX = std::min(minX, x0), maxX = std::max(maxX, x1);
-    minY = std::min(minY, y0), maxY = std::max(maxY, y1);
+    minX = std::min(minX, left), maxX = std::max(maxX, right);
+    minY = std::min(minY, top), maxY = std::max(maxY, bottom);
   }
 };
 
-/// One walk in progress.
+/// The canvas colour 0x00BBGGRR of a pixel.
+std::uint32_t ColorOf(QRgb pixel) {
+  return ((pixel >> 16) & 0xFFu) | (pixel & 0xFF00u) | ((pixel & 0xFFu) << 16);
+}
+
+/// The three bytes of a 262k colour of table index `index` (or of a colour outside the
+/// table, its own value), first byte highest: the word exchange, then 6-bit or 8-bit
+/// fields, first and last exchanged with rgb2.
+std::uint32_t Word262k(int index, bool unpacked, bool rgb2) {
+  const std::int64_t word = Reorder262kOutput(index);
+  int first, middle, last;
+  if (unpacked) {
+    first = int((word >> 12) & 63), middle = int((word >> 6) & 63), last = int(word & 63);
+  } else {
+    first = int((word >> 16) & 255), middle = int((word >> 8) & 255), last = int(word & 255);
+  }
+  if (rgb2) std::swap(first, last);
+  return std::uint32_t(first << 16 | middle << 8 | last);
+}
+
+/// Stores the low `Bytes` bytes of `word`, highest first; three bytes go as one store of
+/// four (the buffer has room past its end), of which the fourth is written over next.
+template <int Bytes>
+[[gnu::always_inline]] inline Octet* PutWord(Octet* out, std::uint32_t word) {
+  if constexpr (std::endian::native == std::endian::little && Bytes >= 2) {
+    const std::uint32_t bigEndian = __builtin_bswap32(word << (8 * (4 - Bytes)));
+    std::memcpy(out, &bigEndian, Bytes == 2 ? 2 : 4);
+    return out + Bytes;
+  } else {
+    for (int shift = 8 * (Bytes - 1); shift >= 0; shift -= 8) *out++ = Octet(word >> shift);
+    return out;
+  }
+}
+
+#if defined(__SSE2__)
+constexpr bool kLoadsReversed = true;
+#else
+constexpr bool kLoadsReversed = false;
+#endif
+/// Bit i set when pixel i along StepX from `from` is black (its colour, alpha aside, is 0);
+/// read leftward with SSE2 (kLoadsReversed), bit 7 - i.
+template <int StepX>
+[[gnu::always_inline]] inline int BlackMask(const QRgb* from) {
+#if defined(__SSE2__)
+  const __m128i colour = _mm_set1_epi32(0xFFFFFF);
+  const __m128i zero = _mm_setzero_si128();
+  const QRgb* lowest = StepX > 0 ? from : from - 7;
+  const __m128i firstFour = _mm_cmpeq_epi32(
+      _mm_and_si128(_mm_loadu_si128(reinterpret_cast<const __m128i*>(lowest)), colour), zero);
+  const __m128i lastFour = _mm_cmpeq_epi32(
+      _mm_and_si128(_mm_loadu_si128(reinterpret_cast<const __m128i*>(lowest + 4)), colour), zero);
+  return _mm_movemask_ps(_mm_castsi128_ps(firstFour)) |
+         (_mm_movemask_ps(_mm_castsi128_ps(lastFour)) << 4);
+#else
+  int mask = 0;
+  for (int i = 0; i < 8; ++i) mask |= int((from[StepX * i] & 0xFFFFFFu) == 0) << i;
+  return mask;
+#endif
+}
+
+/// What each channel level of a grid palette gives to the output word of a pixel: the bits
+/// of its index field after the packing's word exchange and byte order (and, but in packed
+/// pairs, the final table), or kMissing when the level is not on the grid. Each bit of the word
+/// comes from one bit of the index (or from none), so the word of a pixel is the OR of its three
+/// channels' parts.
+struct WordTables {
+  static constexpr std::uint32_t kMissing = 1u << 31;
+  std::array<std::uint32_t, 256> red, green, blue;
+  /// Bytes a pixel: 1 to 3, the word's bytes from the highest; 0 for the exchanged words of
+  /// packed 4096 colours, two in three bytes.
+  int bytes;
+};
+
+/// The three channel tables of WordTables by their addresses: a copy in the loop's locals
+/// keeps them in registers.
+struct ChannelLookup {
+  explicit ChannelLookup(const WordTables& tables)
+      : red(tables.red.data()), green(tables.green.data()), blue(tables.blue.data()) {}
+  /// The word of a pixel; kMissing set when a channel is off the grid.
+  [[gnu::always_inline]] std::uint32_t WordOf(QRgb pixel) const {
+    return red[(pixel >> 16) & 0xFF] | green[(pixel >> 8) & 0xFF] | blue[pixel & 0xFF];
+  }
+  const std::uint32_t* red;
+  const std::uint32_t* green;
+  const std::uint32_t* blue;
+};
+
+/// One walk in progress. Invariant: Plan has found every pixel the walk reads inside the
+/// picture and inside the bounds of monochrome reading.
 class FastWalk {
  public:
   FastWalk(const WalkRequest& request, const ImagePixelSource& image, DataTextWriter& writer,
-           const ReorderProgram* reorder, ConversionCursor& cursor, PixelMode mode, Kind kind,
-           double p)
-      : s_(request.settings),
-        px_(request.settings.pixel),
+           const ReorderProgram* reorder, ConversionCursor& cursor, Packing packing,
+           double pixelsPerByte)
+      : settings_(request.settings),
+        pixel_(request.settings.pixel),
         request_(request),
         writer_(writer),
-        c_(cursor),
-        mode_(mode),
-        kind_(kind),
-        k_(PixelsPerCall(kind)),
-        p_(p),
+        cursor_(cursor),
+        packing_(packing),
+        pixelsPerCall_(PixelsPerCall(packing)),
+        pixelsPerByte_(pixelsPerByte),
         colors_(request.stages.colors),
         image_(image),
         width_(image.Width()),
         height_(image.Height()),
-        stride_(image.Width() > 0 && image.Height() > 1 ? image.Row(1) - image.Row(0) : 0) {
+        rowStride_(image.Width() > 0 && image.Height() > 1 ? image.Row(1) - image.Row(0) : 0) {
     // Every value ends as the packers end it: reversed outside monochrome when MSB comes
     // last, then rearranged with dore. On a byte both come down to a table, which moves bits
     // (a swap or a byte exchange copies bits, none sets a bit of its own).
-    const bool reverse = kind != Kind::Mono && !s_.scan.MSBF;
-    for (int v = 0; v < 256; ++v) {
-      int out = reverse ? ReverseByte(v) : v;
-      if (s_.pixel.dore && reorder) out = reorder->Apply(out);
-      final_[static_cast<std::size_t>(v)] = static_cast<Octet>(out & 0xFF);
+    const bool reverse = packing != Packing::Mono && !settings_.scan.MSBF;
+    for (int value = 0; value < 256; ++value) {
+      int finished = reverse ? ReverseByte(value) : value;
+      if (settings_.pixel.dore && reorder) finished = reorder->Apply(finished);
+      finalBytes_[static_cast<std::size_t>(value)] = static_cast<Octet>(finished & 0xFF);
     }
     if (colors_ != nullptr) lastIndex_ = colors_->Find(ColorOf(lastPixel_));
   }
@@ -103,64 +196,68 @@ class FastWalk {
   bool Plan(ScanDirection direction) {
     direction_ = direction;
     Reach reach;
-    const int k = k_;
+    const int perCall = pixelsPerCall_;
+    const int left = cursor_.AreaLeft, right = cursor_.AreaRight;
+    const int top = cursor_.AreaTop, bottom = cursor_.AreaBottom;
     switch (direction) {
       case ScanDirection::td: {
         DownPages(pages_, step_);
-        int top = c_.AreaTop;
+        int pageTop = top;
         for (int page = 0; page < pages_; ++page) {
-          reach.Add(c_.AreaLeft, c_.AreaRight - 1, top, top + k - 1);
-          top += step_;
-          if (top >= c_.AreaBottom) break;
+          reach.Add(left, right - 1, pageTop, pageTop + perCall - 1);
+          pageTop += step_;
+          if (pageTop >= bottom) break;
         }
         break;
       }
       case ScanDirection::tu: {
-        pages_ = Trunc(c_.AreaHeight / p_);
-        step_ = Trunc(p_);
-        int bottom = c_.AreaBottom - 1;
-        for (int page = px_.C8 ? 2 : 1; page <= pages_ && bottom > -1; ++page) {
-          reach.Add(c_.AreaLeft, c_.AreaRight - 1, bottom - k + 1, bottom);
-          bottom -= step_;
+        pages_ = Trunc(cursor_.AreaHeight / pixelsPerByte_);
+        step_ = Trunc(pixelsPerByte_);
+        int pageBottom = bottom - 1;
+        for (int page = pixel_.C8 ? 2 : 1; page <= pages_ && pageBottom > -1; ++page) {
+          reach.Add(left, right - 1, pageBottom - perCall + 1, pageBottom);
+          pageBottom -= step_;
         }
         break;
       }
       case ScanDirection::tda:
       case ScanDirection::tua: {
         pages_ = AllPagesPerColumn();
-        if (c_.AreaWidth > 0 && pages_ > 0) {
+        if (cursor_.AreaWidth > 0 && pages_ > 0) {
+          const int span = pages_ * perCall;
           if (direction == ScanDirection::tda) {
-            reach.Add(c_.AreaLeft, c_.AreaRight - 1, c_.AreaTop, c_.AreaTop + pages_ * k - 1);
+            reach.Add(left, right - 1, top, top + span - 1);
           } else {
-            reach.Add(c_.AreaLeft, c_.AreaRight - 1, c_.AreaBottom - pages_ * k, c_.AreaBottom - 1);
+            reach.Add(left, right - 1, bottom - span, bottom - 1);
           }
         }
         break;
       }
       case ScanDirection::tr:
       case ScanDirection::tl: {
-        const bool right = direction == ScanDirection::tr;
-        pages_ = HorizontalBytesPerRow(right, false);
+        const bool rightward = direction == ScanDirection::tr;
+        pages_ = HorizontalBytesPerRow(rightward, false);
         if (pages_ > 0) {
-          if (right) {
-            reach.Add(c_.AreaLeft, c_.AreaLeft + pages_ * k - 1, c_.AreaTop, c_.AreaBottom - 1);
+          const int span = pages_ * perCall;
+          if (rightward) {
+            reach.Add(left, left + span - 1, top, bottom - 1);
           } else {
-            reach.Add(c_.AreaRight - pages_ * k, c_.AreaRight - 1, c_.AreaTop, c_.AreaBottom - 1);
+            reach.Add(right - span, right - 1, top, bottom - 1);
           }
         }
         break;
       }
       case ScanDirection::tra:
       case ScanDirection::tla: {
-        const bool right = direction == ScanDirection::tra;
-        pages_ = HorizontalBytesPerRow(right, true);
-        step_ = ByteColumnStep(right);
+        const bool rightward = direction == ScanDirection::tra;
+        pages_ = HorizontalBytesPerRow(rightward, true);
+        step_ = ByteColumnStep(rightward);
         if (pages_ > 0) {
-          const int span = (pages_ - 1) * step_ + k;
-          if (right) {
-            reach.Add(c_.AreaLeft, c_.AreaLeft + span - 1, c_.AreaTop, c_.AreaBottom - 1);
+          const int span = (pages_ - 1) * step_ + perCall;
+          if (rightward) {
+            reach.Add(left, left + span - 1, top, bottom - 1);
           } else {
-            reach.Add(c_.AreaRight - span, c_.AreaRight - 1, c_.AreaTop, c_.AreaBottom - 1);
+            reach.Add(right - span, right - 1, top, bottom - 1);
           }
         }
         break;
@@ -172,18 +269,19 @@ class FastWalk {
     }
     // Monochrome reading stops at a coordinate past its bound: no read may reach one (the
     // leftward family tests none).
-    if (kind_ == Kind::Mono) {
+    if (packing_ == Packing::Mono) {
       const bool vertical = direction == ScanDirection::td || direction == ScanDirection::tu ||
                             direction == ScanDirection::tda || direction == ScanDirection::tua;
-      if (vertical && reach.maxY > c_.LimitY) return false;
+      if (vertical && reach.maxY > cursor_.LimitY) return false;
       if ((direction == ScanDirection::tr || direction == ScanDirection::tra) &&
-          reach.maxX > c_.LimitX) {
+          reach.maxX > cursor_.LimitX) {
         return false;
       }
     }
     return true;
   }
 
+  /// Walks as planned; false when Escape or a colour not found stopped the walk.
   bool Run() {
     return request_.keyPoll.CanReportPress() ? RunPolling<true>() : RunPolling<false>();
   }
@@ -191,97 +289,97 @@ class FastWalk {
  private:
   static constexpr std::size_t kFlushAt = 4096;
 
-  template <bool Poll>
+  template <bool Polls>
   bool RunPolling() {
     bool completed = true;
-    switch (kind_) {
-      case Kind::Mono:
-        completed = RunAs<Kind::Mono, Poll>();
+    switch (packing_) {
+      case Packing::Mono:
+        completed = RunAs<Packing::Mono, Polls>();
         break;
-      case Kind::Levels4:
-        completed = RunAs<Kind::Levels4, Poll>();
+      case Packing::Levels4:
+        completed = RunAs<Packing::Levels4, Polls>();
         break;
-      case Kind::Nibbles:
-        completed = RunAs<Kind::Nibbles, Poll>();
+      case Packing::Nibbles:
+        completed = RunAs<Packing::Nibbles, Polls>();
         break;
-      case Kind::Colors8:
-        completed = RunAs<Kind::Colors8, Poll>();
+      case Packing::Colors8:
+        completed = RunAs<Packing::Colors8, Polls>();
         break;
-      case Kind::Index:
-        completed = RunAs<Kind::Index, Poll>();
+      case Packing::Index:
+        completed = RunAs<Packing::Index, Polls>();
         break;
-      case Kind::Levels32:
-        completed = RunAs<Kind::Levels32, Poll>();
+      case Packing::Levels32:
+        completed = RunAs<Packing::Levels32, Polls>();
         break;
-      case Kind::C4096:
-        completed = RunAs<Kind::C4096, Poll>();
+      case Packing::C4096:
+        completed = RunAs<Packing::C4096, Polls>();
         break;
-      case Kind::C65536:
-        completed = RunAs<Kind::C65536, Poll>();
+      case Packing::C65536:
+        completed = RunAs<Packing::C65536, Polls>();
         break;
-      case Kind::C262k:
-        completed = RunAs<Kind::C262k, Poll>();
+      case Packing::C262k:
+        completed = RunAs<Packing::C262k, Polls>();
         break;
-      case Kind::C16M:
-        completed = RunAs<Kind::C16M, Poll>();
+      case Packing::C16M:
+        completed = RunAs<Packing::C16M, Polls>();
         break;
     }
     Flush();
-    c_.ByteCount = static_cast<double>(values_) * ValueStep();
+    cursor_.ByteCount = static_cast<double>(values_) * ValueStep();
     return completed;
   }
 
   // ---- The counts, as the walkers take them ----------------------------------------------
 
   void DownPages(int& pages, int& step) const {
-    const double p = px_.G42 ? 8.0 : p_;
-    pages = Trunc(c_.AreaHeight / p);
-    if (px_.C8) {
-      pages = c_.AreaHeight / 8;
-    } else if (px_.G32) {
-      pages = c_.AreaHeight;
+    const double perByte = pixel_.G42 ? 8.0 : pixelsPerByte_;
+    pages = Trunc(cursor_.AreaHeight / perByte);
+    if (pixel_.C8) {
+      pages = cursor_.AreaHeight / 8;
+    } else if (pixel_.G32) {
+      pages = cursor_.AreaHeight;
     }
-    step = Trunc(p);
+    step = Trunc(perByte);
   }
 
   int AllPagesPerColumn() const {
-    const int h = c_.AreaHeight;
-    if (px_.C8) return h / 8;
-    if (px_.G16) return h / 2;
-    if (px_.G4 || px_.G42) return h / 4;
-    if (px_.G32) return h;
-    return Trunc(h / p_);
+    const int height = cursor_.AreaHeight;
+    if (pixel_.C8) return height / 8;
+    if (pixel_.G16) return height / 2;
+    if (pixel_.G4 || pixel_.G42) return height / 4;
+    if (pixel_.G32) return height;
+    return Trunc(height / pixelsPerByte_);
   }
 
-  int HorizontalBytesPerRow(bool right, bool byteColumns) const {
-    const int w = c_.AreaWidth;
-    if (px_.C8) return w / 8;
-    if (px_.G16) return w / 2;
-    if (px_.G32) return byteColumns && !right && px_.PM ? w / 2 : w;
-    if (byteColumns && (px_.G4 || px_.G42)) return w / 4;
-    return Trunc(w / p_);
+  int HorizontalBytesPerRow(bool rightward, bool byteColumns) const {
+    const int width = cursor_.AreaWidth;
+    if (pixel_.C8) return width / 8;
+    if (pixel_.G16) return width / 2;
+    if (pixel_.G32) return byteColumns && !rightward && pixel_.PM ? width / 2 : width;
+    if (byteColumns && (pixel_.G4 || pixel_.G42)) return width / 4;
+    return Trunc(width / pixelsPerByte_);
   }
 
-  int ByteColumnStep(bool right) const {
-    if (kind_ == Kind::Mono || px_.C8) return 8;
-    if (px_.G16) return 2;
-    if (px_.G32) return !right && px_.PM ? 2 : 1;
-    if (px_.G4 || px_.G42) return 4;
-    if (px_.C16) return 2;
+  int ByteColumnStep(bool rightward) const {
+    if (packing_ == Packing::Mono || pixel_.C8) return 8;
+    if (pixel_.G16) return 2;
+    if (pixel_.G32) return !rightward && pixel_.PM ? 2 : 1;
+    if (pixel_.G4 || pixel_.G42) return 4;
+    if (pixel_.C16) return 2;
     return 1;
   }
 
   /// ByteCount's rise for each value of the mode.
   double ValueStep() const {
-    switch (kind_) {
-      case Kind::C4096:
-        return px_.PM ? 1.5 : 2.0;
-      case Kind::C65536:
+    switch (packing_) {
+      case Packing::C4096:
+        return pixel_.PM ? 1.5 : 2.0;
+      case Packing::C65536:
         return 2.0;
-      case Kind::C262k:
+      case Packing::C262k:
         return 3.0;
-      case Kind::C16M:
-        return px_.PM ? 3.0 : 4.0;
+      case Packing::C16M:
+        return pixel_.PM ? 3.0 : 4.0;
       default:
         return 1.0;
     }
@@ -289,32 +387,32 @@ class FastWalk {
 
   // ---- The walks ---------------------------------------------------------------------------
 
-  /// The walk of the planned direction, with the packer of kind K.
-  template <Kind K, bool Poll>
+  /// The walk of the planned direction, with the packer of `Kind`.
+  template <Packing Kind, bool Polls>
   bool RunAs() {
     switch (direction_) {
       case ScanDirection::td:
-        return Down<K, Poll>();
+        return Down<Kind, Polls>();
       case ScanDirection::tu:
-        return Up<K, Poll>();
+        return Up<Kind, Polls>();
       case ScanDirection::tda:
-        return AllColumns<K, Poll, 0, 1>(s_.scan.CORN1);
+        return AllColumns<Kind, Polls, 0, 1>(settings_.scan.CORN1);
       case ScanDirection::tua:
-        return AllColumns<K, Poll, 0, -1>(s_.scan.CORN4);
+        return AllColumns<Kind, Polls, 0, -1>(settings_.scan.CORN4);
       case ScanDirection::tr:
-        return Rows<K, Poll, 1>(s_.scan.CORN1);
+        return Rows<Kind, Polls, 1>(settings_.scan.CORN1);
       case ScanDirection::tl:
-        return Rows<K, Poll, -1>(s_.scan.CORN2);
+        return Rows<Kind, Polls, -1>(settings_.scan.CORN2);
       case ScanDirection::tra:
-        return ByteColumns<K, Poll, 1>(s_.scan.CORN1);
+        return ByteColumns<Kind, Polls, 1>(settings_.scan.CORN1);
       case ScanDirection::tla:
-        return ByteColumns<K, Poll, -1>(s_.scan.CORN2);
+        return ByteColumns<Kind, Polls, -1>(settings_.scan.CORN2);
     }
     return true;
   }
 
   void GroupStart(Octet*& out) {
-    if (!s_.block.ColRx) return;
+    if (!settings_.block.ColRx) return;
     out_ = out;
     Flush();
     writer_.GroupStart();
@@ -324,22 +422,22 @@ class FastWalk {
   // The loops keep the output place, the bounds and the picture's rows in locals: the writer
   // is called between bytes, and members would be read again after each call.
 
-  template <Kind K, bool Poll>
+  template <Packing Kind, bool Polls>
   bool Down() {
-    c_.PagesPerColumn = pages_;
-    c_.BytesPerRow = c_.AreaWidth;
-    const bool leftToRight = s_.scan.CORN1;
-    const int left = c_.AreaLeft, right = c_.AreaRight, bottom = c_.AreaBottom;
-    const int xStart = leftToRight ? left : right - 1;
-    const int dx = leftToRight ? 1 : -1;
+    cursor_.PagesPerColumn = pages_;
+    cursor_.BytesPerRow = cursor_.AreaWidth;
+    const bool leftToRight = settings_.scan.CORN1;
+    const int left = cursor_.AreaLeft, right = cursor_.AreaRight, bottom = cursor_.AreaBottom;
+    const int firstX = leftToRight ? left : right - 1;
+    const int stepX = leftToRight ? 1 : -1;
     const int pages = pages_, step = step_;
     Octet* out = out_;
-    int pageTop = c_.AreaTop;
+    int pageTop = cursor_.AreaTop;
     for (int page = 0; page < pages; ++page) {
       GroupStart(out);
       const QRgb* row = image_.Row(pageTop);
-      for (int x = xStart; x >= left && x < right; x += dx) {
-        if (!Byte<K, Poll, 0, 1>(row + x, out)) return Stop(out);
+      for (int x = firstX; x >= left && x < right; x += stepX) {
+        if (!PackCall<Kind, Polls, 0, 1>(row + x, out)) return Stop(out);
       }
       pageTop += step;
       if (pageTop >= bottom) break;
@@ -348,22 +446,22 @@ class FastWalk {
     return true;
   }
 
-  template <Kind K, bool Poll>
+  template <Packing Kind, bool Polls>
   bool Up() {
-    c_.PagesPerColumn = pages_;
-    c_.BytesPerRow = c_.AreaWidth;
-    const bool leftToRight = s_.scan.CORN4;
-    const int left = c_.AreaLeft, right = c_.AreaRight;
-    const int xStart = leftToRight ? left : right - 1;
-    const int dx = leftToRight ? 1 : -1;
+    cursor_.PagesPerColumn = pages_;
+    cursor_.BytesPerRow = cursor_.AreaWidth;
+    const bool leftToRight = settings_.scan.CORN4;
+    const int left = cursor_.AreaLeft, right = cursor_.AreaRight;
+    const int firstX = leftToRight ? left : right - 1;
+    const int stepX = leftToRight ? 1 : -1;
     const int pages = pages_, step = step_;
     Octet* out = out_;
-    int pageBottom = c_.AreaBottom - 1;
-    for (int page = px_.C8 ? 2 : 1; page <= pages && pageBottom > -1; ++page) {
+    int pageBottom = cursor_.AreaBottom - 1;
+    for (int page = pixel_.C8 ? 2 : 1; page <= pages && pageBottom > -1; ++page) {
       GroupStart(out);
       const QRgb* row = image_.Row(pageBottom);
-      for (int x = xStart; x >= left && x < right; x += dx) {
-        if (!Byte<K, Poll, 0, -1>(row + x, out)) return Stop(out);
+      for (int x = firstX; x >= left && x < right; x += stepX) {
+        if (!PackCall<Kind, Polls, 0, -1>(row + x, out)) return Stop(out);
       }
       pageBottom -= step;
     }
@@ -371,99 +469,105 @@ class FastWalk {
     return true;
   }
 
-  template <Kind K, bool Poll, int DX, int DY>
+  template <Packing Kind, bool Polls, int StepX, int StepY>
   bool AllColumns(bool leftToRight) {
-    c_.PagesPerColumn = pages_;
-    c_.BytesPerRow = c_.AreaWidth;
-    const int dx = leftToRight ? 1 : -1;
-    const int width = c_.AreaWidth, pages = pages_;
-    const std::ptrdiff_t pageStep = std::ptrdiff_t(DY) * k_ * stride_;
+    cursor_.PagesPerColumn = pages_;
+    cursor_.BytesPerRow = cursor_.AreaWidth;
+    const int stepX = leftToRight ? 1 : -1;
+    const int width = cursor_.AreaWidth, pages = pages_;
+    const std::ptrdiff_t pageStep = std::ptrdiff_t(StepY) * pixelsPerCall_ * rowStride_;
     Octet* out = out_;
-    int x = leftToRight ? c_.AreaLeft : c_.AreaRight - 1;
-    const QRgb* first = image_.Row(DY > 0 ? c_.AreaTop : c_.AreaBottom - 1);
-    for (int column = 0; column < width; ++column, x += dx) {
+    int x = leftToRight ? cursor_.AreaLeft : cursor_.AreaRight - 1;
+    const QRgb* firstRow = image_.Row(StepY > 0 ? cursor_.AreaTop : cursor_.AreaBottom - 1);
+    for (int column = 0; column < width; ++column, x += stepX) {
       GroupStart(out);
-      const QRgb* p = first + x;
-      for (int page = 0; page < pages; ++page, p += pageStep) {
-        if (!Byte<K, Poll, DX, DY>(p, out)) return Stop(out);
+      const QRgb* pixel = firstRow + x;
+      for (int page = 0; page < pages; ++page, pixel += pageStep) {
+        if (!PackCall<Kind, Polls, StepX, StepY>(pixel, out)) return Stop(out);
       }
     }
     out_ = out;
     return true;
   }
 
-  template <Kind K, bool Poll, int DX>
+  template <Packing Kind, bool Polls, int StepX>
   bool Rows(bool fromTop) {
-    if constexpr (!Poll && K == Kind::C16M) return ChannelRows<DX>(fromTop);
-    if constexpr (!Poll && OnePixel(K)) return IndexRows<K, DX>(fromTop);
-    if constexpr (!Poll && K == Kind::Mono) return MonoRows<DX>(fromTop);
-    c_.BytesPerRow = pages_;
-    c_.PagesPerColumn = c_.AreaHeight;
-    const int top = c_.AreaTop, bottom = c_.AreaBottom;
-    const int first = fromTop ? top : bottom - 1;
-    const int dy = fromTop ? 1 : -1;
-    const int pages = pages_, k = k_;
-    const int start = DX > 0 ? c_.AreaLeft : c_.AreaRight - 1;
+    if constexpr (!Polls && Kind == Packing::C16M) return ChannelRows<StepX>(fromTop);
+    if constexpr (!Polls && OnePixel(Kind)) return IndexRows<Kind, StepX>(fromTop);
+    if constexpr (!Polls && Kind == Packing::Mono) return MonoRows<StepX>(fromTop);
+    cursor_.BytesPerRow = pages_;
+    cursor_.PagesPerColumn = cursor_.AreaHeight;
+    const int top = cursor_.AreaTop, bottom = cursor_.AreaBottom;
+    const int firstY = fromTop ? top : bottom - 1;
+    const int stepY = fromTop ? 1 : -1;
+    const int calls = pages_, perCall = pixelsPerCall_;
+    const int firstX = StepX > 0 ? cursor_.AreaLeft : cursor_.AreaRight - 1;
     Octet* out = out_;
-    for (int y = first; y >= top && y < bottom; y += dy) {
+    for (int y = firstY; y >= top && y < bottom; y += stepY) {
       GroupStart(out);
-      const QRgb* p = image_.Row(y) + start;
-      for (int b = 0; b < pages; ++b, p += DX * k) {
-        if (!Byte<K, Poll, DX, 0>(p, out)) return Stop(out);
+      const QRgb* pixel = image_.Row(y) + firstX;
+      for (int call = 0; call < calls; ++call, pixel += StepX * perCall) {
+        if (!PackCall<Kind, Polls, StepX, 0>(pixel, out)) return Stop(out);
       }
     }
     out_ = out;
     return true;
   }
 
-  /// Rows of monochrome bytes when Escape is not polled: each byte's eight pixels are tested
-  /// together (with SSE2 four at a time) and their bits put in order through a table.
-  template <int DX>
-  bool MonoRows(bool fromTop) {
-    // Bit i of the mask is the pixel i read; the byte takes it at 7 - i (MSB first) or i, and
-    // PPB keeps the top bits of a horizontal byte.
-    static constexpr int kMasks[] = {0xFF, 0xFF, 0xFF, 0xFF, 0xF0, 0xF8, 0xFC, 0xFE};
-    const int ppb = s_.pixel.PPB;
-    const int keep = ppb >= 4 && ppb <= 7 ? kMasks[ppb] : 0xFF;
-    const bool msbFirst = s_.scan.MSBF;
-    std::array<Octet, 256> byteOf{};
-    for (int mask = 0; mask < 256; ++mask) {
-      const int pixels = kLoadsReversed && DX < 0 ? ReverseByte(mask) : mask;
-      const int value = (msbFirst ? ReverseByte(pixels) : pixels) & keep;
-      byteOf[std::size_t(mask)] = final_[std::size_t(value)];
+  template <Packing Kind, bool Polls, int StepX>
+  bool ByteColumns(bool fromTop) {
+    cursor_.BytesPerRow = pages_;
+    cursor_.PagesPerColumn = cursor_.AreaHeight;
+    const int top = cursor_.AreaTop, bottom = cursor_.AreaBottom;
+    const int firstY = fromTop ? top : bottom - 1;
+    const int stepY = fromTop ? 1 : -1;
+    const int columns = pages_, step = step_;
+    const int left = cursor_.AreaLeft, right = cursor_.AreaRight;
+    Octet* out = out_;
+    for (int column = 0; column < columns; ++column) {
+      const int x = StepX > 0 ? left + column * step : right - 1 - column * step;
+      GroupStart(out);
+      for (int y = firstY; y >= top && y < bottom; y += stepY) {
+        if (!PackCall<Kind, Polls, StepX, 0>(image_.Row(y) + x, out)) return Stop(out);
+      }
     }
-    return RowStretches<DX>(fromTop, 8, 1, [&](const QRgb* p, int n, Octet* out) {
-      for (int b = 0; b < n; ++b, p += DX * 8) *out++ = byteOf[std::size_t(BlackMask<DX>(p))];
-      return out;
-    });
+    out_ = out;
+    return true;
   }
+
+  bool Stop(Octet* out) {
+    out_ = out;
+    return false;
+  }
+
+  // ---- Whole rows, when Escape is not polled -----------------------------------------------
 
   /// Walks the rows of the area from the top or the bottom, each in stretches of at most 256
   /// packer calls of `pixelsPerCall` pixels and at most `bytesPerCall` bytes:
-  /// `pack(p, n, out)` packs the n calls from pixel `p` into `out` and returns the new end,
-  /// or null after it stopped the walk (Stop). False when it stopped.
-  template <int DX, typename Pack>
+  /// `pack(from, calls, out)` packs `calls` calls from pixel `from` into `out` and returns the
+  /// new end, or null after it stopped the walk (Stop). False when it stopped.
+  template <int StepX, typename Pack>
   [[gnu::always_inline]] bool RowStretches(bool fromTop, int pixelsPerCall, int bytesPerCall,
                                            Pack&& pack) {
     constexpr int kStretch = 256;
-    c_.BytesPerRow = pages_;
-    c_.PagesPerColumn = c_.AreaHeight;
-    const int top = c_.AreaTop, bottom = c_.AreaBottom;
-    const int first = fromTop ? top : bottom - 1;
-    const int dy = fromTop ? 1 : -1;
-    const int pages = pages_;
-    const int start = DX > 0 ? c_.AreaLeft : c_.AreaRight - 1;
+    cursor_.BytesPerRow = pages_;
+    cursor_.PagesPerColumn = cursor_.AreaHeight;
+    const int top = cursor_.AreaTop, bottom = cursor_.AreaBottom;
+    const int firstY = fromTop ? top : bottom - 1;
+    const int stepY = fromTop ? 1 : -1;
+    const int callsPerRow = pages_;
+    const int firstX = StepX > 0 ? cursor_.AreaLeft : cursor_.AreaRight - 1;
     const Octet* const flushAt = buffer_.data() + kFlushAt - bytesPerCall * kStretch;
     Octet* out = out_;
-    for (int y = first; y >= top && y < bottom; y += dy) {
+    for (int y = firstY; y >= top && y < bottom; y += stepY) {
       GroupStart(out);
-      const QRgb* p = image_.Row(y) + start;
-      for (int done = 0; done < pages;) {
-        const int n = std::min(kStretch, pages - done);
-        out = pack(p, n, out);
+      const QRgb* from = image_.Row(y) + firstX;
+      for (int done = 0; done < callsPerRow;) {
+        const int calls = std::min(kStretch, callsPerRow - done);
+        out = pack(from, calls, out);
         if (out == nullptr) return false;
-        p += DX * pixelsPerCall * n;
-        done += n;
+        from += StepX * pixelsPerCall * calls;
+        done += calls;
         if (out >= flushAt) {
           out_ = out;
           Flush();
@@ -475,154 +579,136 @@ class FastWalk {
     return true;
   }
 
-#if defined(__SSE2__)
-  static constexpr bool kLoadsReversed = true;
-#else
-  static constexpr bool kLoadsReversed = false;
-#endif
-  /// Bit i set when pixel i along DX from `p` is black (its colour, alpha aside, is 0); read
-  /// leftward with SSE2 (kLoadsReversed), bit 7 - i.
-  template <int DX>
-  [[gnu::always_inline]] static int BlackMask(const QRgb* p) {
-#if defined(__SSE2__)
-    const __m128i colour = _mm_set1_epi32(0xFFFFFF);
-    const __m128i zero = _mm_setzero_si128();
-    const QRgb* low = DX > 0 ? p : p - 7;
-    const __m128i a = _mm_cmpeq_epi32(
-        _mm_and_si128(_mm_loadu_si128(reinterpret_cast<const __m128i*>(low)), colour), zero);
-    const __m128i b = _mm_cmpeq_epi32(
-        _mm_and_si128(_mm_loadu_si128(reinterpret_cast<const __m128i*>(low + 4)), colour), zero);
-    return _mm_movemask_ps(_mm_castsi128_ps(a)) | (_mm_movemask_ps(_mm_castsi128_ps(b)) << 4);
-#else
-    int mask = 0;
-    for (int i = 0; i < 8; ++i) mask |= int((p[DX * i] & 0xFFFFFFu) == 0) << i;
-    return mask;
-#endif
-  }
-
-  /// Whether one packer call of K reads one pixel.
-  static constexpr bool OnePixel(Kind k) {
-    return k == Kind::Index || k == Kind::Levels32 || k == Kind::C4096 || k == Kind::C65536 ||
-           k == Kind::C262k || k == Kind::C16M;
-  }
-
-  /// Rows of one-pixel calls when Escape is not polled: each stretch of a row is looked up in
-  /// a loop of its own, then packed, with the settings read into locals once. The bytes, and
-  /// the stop at the first colour not found, are those of Byte pixel by pixel.
-  template <Kind K, int DX>
-  bool IndexRows(bool fromTop) {
-    if constexpr (K == Kind::Index || K == Kind::C4096 || K == Kind::C65536) {
-      if (std::optional<WordTables> words = GridWords<K>()) {
-        if (words->bytes == 0) return GridPairRows<DX>(fromTop, *words);
-        return words->bytes == 1 ? GridWordRows<K, DX, 1>(fromTop, *words)
-                                 : GridWordRows<K, DX, 2>(fromTop, *words);
+  /// Rows of monochrome bytes: each byte's eight pixels are tested together (with SSE2 four
+  /// at a time) and their bits put in order through a table.
+  template <int StepX>
+  bool MonoRows(bool fromTop) {
+    // Bit i of the mask is the pixel i read; the byte takes it at 7 - i (MSB first) or i, and
+    // PPB keeps the top bits of a horizontal byte.
+    static constexpr int kKeptBits[] = {0xFF, 0xFF, 0xFF, 0xFF, 0xF0, 0xF8, 0xFC, 0xFE};
+    const int ppb = settings_.pixel.PPB;
+    const int keep = ppb >= 4 && ppb <= 7 ? kKeptBits[ppb] : 0xFF;
+    const bool msbFirst = settings_.scan.MSBF;
+    std::array<Octet, 256> byteOfMask{};
+    for (int mask = 0; mask < 256; ++mask) {
+      const int pixels = kLoadsReversed && StepX < 0 ? ReverseByte(mask) : mask;
+      const int value = (msbFirst ? ReverseByte(pixels) : pixels) & keep;
+      byteOfMask[std::size_t(mask)] = finalBytes_[std::size_t(value)];
+    }
+    return RowStretches<StepX>(fromTop, 8, 1, [&](const QRgb* from, int calls, Octet* out) {
+      for (int call = 0; call < calls; ++call, from += StepX * 8) {
+        *out++ = byteOfMask[std::size_t(BlackMask<StepX>(from))];
       }
-    } else if constexpr (K == Kind::C262k) {
-      if (std::optional<WordTables> words = GridWords<K>()) {
-        return GridWordRows<K, DX, 3>(fromTop, *words);
+      return out;
+    });
+  }
+
+  /// Rows of one-pixel calls: each stretch of a row is looked up in a loop of its own, then
+  /// packed (PackStretch), with the settings read into locals once. The bytes, and the stop at
+  /// the first colour not found, are those of PackCall pixel by pixel. Grid palettes take
+  /// their word tables instead (GridWordRows, GridPairRows).
+  template <Packing Kind, int StepX>
+  bool IndexRows(bool fromTop) {
+    if constexpr (Kind == Packing::Index || Kind == Packing::C4096 || Kind == Packing::C65536) {
+      if (std::optional<WordTables> words = GridWords<Kind>()) {
+        if (words->bytes == 0) return GridPairRows<StepX>(fromTop, *words);
+        return words->bytes == 1 ? GridWordRows<Kind, StepX, 1>(fromTop, *words)
+                                 : GridWordRows<Kind, StepX, 2>(fromTop, *words);
+      }
+    } else if constexpr (Kind == Packing::C262k) {
+      if (std::optional<WordTables> words = GridWords<Kind>()) {
+        return GridWordRows<Kind, StepX, 3>(fromTop, *words);
       }
     }
-    // Grid palettes took the word tables above; gray tables are read by level, any other
-    // table through its search.
-    std::array<int, 256> found;
+    // Gray tables are read by level, any other table through its search.
+    std::array<int, 256>& found = found_;
     const ColorSearch* const colors = colors_;
     const int* const grays = colors != nullptr ? colors->Indexer().Grays() : nullptr;
-    std::array<int, 256> grayIndex{};
+    std::array<int, 256>& grayIndex = grayIndex_;
     if (grays) {
       // Black is gray level 0: the black slot answers there when the table lacks it.
       std::copy(grays, grays + 256, grayIndex.begin());
       if (grayIndex[0] < 0) grayIndex[0] = colors->BlackSlot();
     }
     // 262k never stops: a colour off the table goes out as itself.
-    constexpr bool kStops = K != Kind::C262k;
+    constexpr bool kStops = Kind != Packing::C262k;
     QRgb lastPixel = lastPixel_;
     int lastIndex = lastIndex_;
     // At most 3 bytes a pixel.
-    const bool completed = RowStretches<DX>(fromTop, 1, 3, [&](const QRgb* p, int n, Octet* out) {
-      int stop = n;
-      // Each loop ends at the first colour the table lacks, where the walk stops.
-      if (grays) {
-        for (int i = 0; i < n; ++i) {
-          const QRgb v = p[DX * i];
-          const unsigned level = v & 0xFF;
-          const int index = (v & 0xFFFFFFu) == level * 0x010101u ? grayIndex[level] : -1;
-          found[std::size_t(i)] = index;
-          if (kStops && index < 0) {
-            stop = i;
-            break;
+    const bool completed =
+        RowStretches<StepX>(fromTop, 1, 3, [&](const QRgb* from, int calls, Octet* out) {
+          int stop = calls;
+          // Each loop ends at the first colour the table lacks, where the walk stops.
+          if (grays) {
+            for (int i = 0; i < calls; ++i) {
+              const QRgb pixel = from[StepX * i];
+              const unsigned level = pixel & 0xFF;
+              const bool gray = (pixel & 0xFFFFFFu) == level * 0x010101u;
+              const int index = gray ? grayIndex[level] : -1;
+              found[std::size_t(i)] = index;
+              if (kStops && index < 0) {
+                stop = i;
+                break;
+              }
+            }
+          } else {
+            for (int i = 0; i < calls; ++i) {
+              const QRgb pixel = from[StepX * i];
+              if (pixel != lastPixel) {
+                lastPixel = pixel;
+                lastIndex = colors->Find(ColorOf(pixel));
+              }
+              found[std::size_t(i)] = lastIndex;
+              if (kStops && lastIndex < 0) {
+                stop = i;
+                break;
+              }
+            }
           }
-        }
-      } else {
-        for (int i = 0; i < n; ++i) {
-          const QRgb v = p[DX * i];
-          if (v != lastPixel) {
-            lastPixel = v;
-            lastIndex = colors->Find(ColorOf(v));
+          out = PackStretch<Kind, StepX>(from, found.data(), stop, out);
+          if (stop < calls) {
+            colors_->notFound = std::int64_t(ColorOf(from[StepX * stop]));
+            cursor_.Aborted = true;
+            Stop(out);
+            return static_cast<Octet*>(nullptr);
           }
-          found[std::size_t(i)] = lastIndex;
-          if (kStops && lastIndex < 0) {
-            stop = i;
-            break;
-          }
-        }
-      }
-      out = PackStretch<K, DX>(p, found.data(), stop, out);
-      if (stop < n) {
-        colors_->notFound = std::int64_t(ColorOf(p[DX * stop]));
-        c_.Aborted = true;
-        Stop(out);
-        return static_cast<Octet*>(nullptr);
-      }
-      return out;
-    });
+          return out;
+        });
     lastPixel_ = lastPixel, lastIndex_ = lastIndex;
     return completed;
   }
 
-  /// What each channel level of a grid palette gives to the output word of a pixel: the bits
-  /// of its index field after the kind's word exchange and byte order (and, but in packed
-  /// pairs, the final table), or kMissing when the level is not on the grid. Each bit of the word
-  /// comes from one bit of the index (or from none), so the word of a pixel is the OR of its three
-  /// channels' parts.
-  struct WordTables {
-    static constexpr std::uint32_t kMissing = 1u << 31;
-    std::array<std::uint32_t, 256> red, green, blue;
-    /// Bytes a pixel: 1 to 3, the word's bytes from the highest; 0 for the exchanged words of
-    /// packed 4096 colours, two in three bytes.
-    int bytes;
-  };
-
-  /// The word tables of K over a grid palette, for the packings that are a fixed exchange of
-  /// the index bits: 256 colours, unpacked 4096 colours, 65536 colours, 262k colours. None
+  /// The word tables of `Kind` over a grid palette, for the packings that are a fixed exchange
+  /// of the index bits: 256 colours, unpacked 4096 colours, 65536 colours, 262k colours. None
   /// otherwise (no grid, packed phases, a black slot outside 262k).
-  template <Kind K>
+  template <Packing Kind>
   std::optional<WordTables> GridWords() const {
-    if (colors_ == nullptr || (K != Kind::C262k && colors_->BlackSlot() >= 0)) {
+    if (colors_ == nullptr || (Kind != Packing::C262k && colors_->BlackSlot() >= 0)) {
       return std::nullopt;
     }
     const std::optional<canvas::ColorIndexer::GridTables> grid = colors_->Indexer().Grid();
     if (!grid) return std::nullopt;
-    const bool pairs = K == Kind::C4096 && px_.PM;  // two exchanged words in three bytes
-    const bool rgb2 = px_.rgb2, swrg = px_.SWRG, unpacked = px_.C18u;
-    auto word = [&](int index) -> std::uint32_t {
-      if constexpr (K == Kind::C262k) {
+    const bool pairs = Kind == Packing::C4096 && pixel_.PM;  // two exchanged words in three bytes
+    const bool rgb2 = pixel_.rgb2, swrg = pixel_.SWRG, unpacked = pixel_.C18u;
+    auto wordOf = [&](int index) -> std::uint32_t {
+      if constexpr (Kind == Packing::C262k) {
         return Word262k(index, unpacked, rgb2);
-      } else if constexpr (K == Kind::Index) {
+      } else if constexpr (Kind == Packing::Index) {
         return std::uint32_t(Reorder256Output(index)) & 0xFF;
-      } else if constexpr (K == Kind::C4096) {
-        const int v = Reorder4096Output(index);
-        if (pairs) return std::uint32_t(v);
-        const int high = (v >> 8) & 15, low = v & 255;
+      } else if constexpr (Kind == Packing::C4096) {
+        const int word = Reorder4096Output(index);
+        if (pairs) return std::uint32_t(word);
+        const int high = (word >> 8) & 15, low = word & 255;
         return std::uint32_t(rgb2 ? (low << 8) | high : (high << 8) | low);
       } else {
-        const int v = Reorder65kOutput(index);
-        if (!swrg) return std::uint32_t(v) & 0xFFFF;
+        const int word = Reorder65kOutput(index);
+        if (!swrg) return std::uint32_t(word) & 0xFFFF;
         // Red and blue fields trade places, green stays.
-        return std::uint32_t(((v << 11) & 0xF800) | (v & 0x7E0) | ((v >> 11) & 0x1F));
+        return std::uint32_t(((word << 11) & 0xF800) | (word & 0x7E0) | ((word >> 11) & 0x1F));
       }
     };
-    WordTables t;
-    t.bytes = pairs ? 0 : K == Kind::Index ? 1 : K == Kind::C262k ? 3 : 2;
+    WordTables tables;
+    tables.bytes = pairs ? 0 : Kind == Packing::Index ? 1 : Kind == Packing::C262k ? 3 : 2;
     // Each bit of the word comes from one bit of the index, and the final table (but in packed
     // pairs, which split their words over bytes and take it byte by byte) only moves bits: the
     // word of a channel's grid position is the OR of the words of its bits. So a channel's
@@ -639,75 +725,59 @@ class FastWalk {
         }
         const std::size_t position = std::size_t(at) & 0xFF;  // a channel has 8 bits at most
         for (; built <= position; ++built) {
-          const std::size_t rest = built & (built - 1);
-          if (rest != 0) {
-            byPosition[built] = byPosition[rest] | byPosition[built ^ rest];
+          const std::size_t lowerBits = built & (built - 1);
+          if (lowerBits != 0) {
+            byPosition[built] = byPosition[lowerBits] | byPosition[built ^ lowerBits];
           } else {
-            const std::uint32_t w = word(int(built) << shift);
-            byPosition[built] = pairs ? w : MapBytes(w);
+            const std::uint32_t word = wordOf(int(built) << shift);
+            byPosition[built] = pairs ? word : MapBytes(word);
           }
         }
         table[level] = byPosition[position];
       }
     };
-    fill(t.red, grid->red, 0);
-    fill(t.green, grid->green, grid->shiftGreen);
-    fill(t.blue, grid->blue, grid->shiftBlue);
-    return t;
-  }
-
-  /// The three bytes of a 262k colour of table index `index` (or of a colour outside the
-  /// table, its own value), first byte highest: the word exchange, then 6-bit or 8-bit
-  /// fields, first and last exchanged with rgb2.
-  static std::uint32_t Word262k(int index, bool unpacked, bool rgb2) {
-    const std::int64_t v = Reorder262kOutput(index);
-    int b0, b1, b2;
-    if (unpacked) {
-      b0 = int((v >> 12) & 63), b1 = int((v >> 6) & 63), b2 = int(v & 63);
-    } else {
-      b0 = int((v >> 16) & 255), b1 = int((v >> 8) & 255), b2 = int(v & 255);
-    }
-    if (rgb2) std::swap(b0, b2);
-    return std::uint32_t(b0 << 16 | b1 << 8 | b2);
+    fill(tables.red, grid->red, 0);
+    fill(tables.green, grid->green, grid->shiftGreen);
+    fill(tables.blue, grid->blue, grid->shiftBlue);
+    return tables;
   }
 
   /// Rows of one-pixel calls over a grid palette whose word is the OR of its channels' parts
   /// (GridWords): a table look-up a channel, the word's bytes stored as they stand. A colour
   /// off the grid stops the walk as the packers stop, but in 262k colours, where it goes out
   /// as its own value (black as the black slot).
-  template <Kind K, int DX, int Bytes>
-  bool GridWordRows(bool fromTop, const WordTables& t) {
-    // The tables' addresses in locals, so that the loop keeps them in registers.
-    const std::uint32_t *red = t.red.data(), *green = t.green.data(), *blue = t.blue.data();
-    return RowStretches<DX>(fromTop, 1, Bytes, [&](const QRgb* p, int n, Octet* out) {
+  template <Packing Kind, int StepX, int Bytes>
+  bool GridWordRows(bool fromTop, const WordTables& tables) {
+    const ChannelLookup channels(tables);
+    return RowStretches<StepX>(fromTop, 1, Bytes, [&](const QRgb* from, int calls, Octet* out) {
       // The stretch goes out unchecked; only when a colour was off the grid is it done again,
       // pixel by pixel.
       std::uint32_t seen = 0;
       Octet* at = out;
-      const QRgb* q = p;
-      for (int i = 0; i < n; ++i, q += DX) {
-        const QRgb v = *q;
-        const std::uint32_t w = red[(v >> 16) & 0xFF] | green[(v >> 8) & 0xFF] | blue[v & 0xFF];
-        seen |= w;
-        at = PutWord<Bytes>(at, w);
+      const QRgb* pixel = from;
+      for (int i = 0; i < calls; ++i, pixel += StepX) {
+        const std::uint32_t word = channels.WordOf(*pixel);
+        seen |= word;
+        at = PutWord<Bytes>(at, word);
       }
       if (!(seen & WordTables::kMissing)) [[likely]]
         return at;
-      for (int i = 0; i < n; ++i, p += DX) {
-        const QRgb v = *p;
-        std::uint32_t w = red[(v >> 16) & 0xFF] | green[(v >> 8) & 0xFF] | blue[v & 0xFF];
-        if (w & WordTables::kMissing) {
-          if constexpr (K == Kind::C262k) {
-            const int index = colors_->Find(ColorOf(v));
-            w = MapBytes(Word262k(index >= 0 ? index : int(ColorOf(v)), px_.C18u, px_.rgb2));
+      pixel = from;
+      for (int i = 0; i < calls; ++i, pixel += StepX) {
+        std::uint32_t word = channels.WordOf(*pixel);
+        if (word & WordTables::kMissing) {
+          if constexpr (Kind == Packing::C262k) {
+            const int index = colors_->Find(ColorOf(*pixel));
+            const int value = index >= 0 ? index : int(ColorOf(*pixel));
+            word = MapBytes(Word262k(value, pixel_.C18u, pixel_.rgb2));
           } else {
-            colors_->notFound = std::int64_t(ColorOf(v));
-            c_.Aborted = true;
+            colors_->notFound = std::int64_t(ColorOf(*pixel));
+            cursor_.Aborted = true;
             Stop(out);
             return static_cast<Octet*>(nullptr);
           }
         }
-        out = PutWord<Bytes>(out, w);
+        out = PutWord<Bytes>(out, word);
       }
       return out;
     });
@@ -717,31 +787,17 @@ class FastWalk {
   std::uint32_t MapBytes(std::uint32_t word) const {
     std::uint32_t mapped = 0;
     for (int shift = 0; shift < 24; shift += 8) {
-      mapped |= std::uint32_t(final_[(word >> shift) & 0xFF]) << shift;
+      mapped |= std::uint32_t(finalBytes_[(word >> shift) & 0xFF]) << shift;
     }
     return mapped | (word & 0xFF000000u);
-  }
-
-  /// Stores the low `Bytes` bytes of `word`, highest first; three bytes go as one store of
-  /// four (the buffer has room past its end), of which the fourth is written over next.
-  template <int Bytes>
-  [[gnu::always_inline]] static Octet* PutWord(Octet* out, std::uint32_t word) {
-    if constexpr (std::endian::native == std::endian::little && Bytes >= 2) {
-      const std::uint32_t big = __builtin_bswap32(word << (8 * (4 - Bytes)));
-      std::memcpy(out, &big, Bytes == 2 ? 2 : 4);
-      return out + Bytes;
-    } else {
-      for (int shift = 8 * (Bytes - 1); shift >= 0; shift -= 8) *out++ = Octet(word >> shift);
-      return out;
-    }
   }
 
   /// Rows of 16M colours: each byte of the output is one channel of the pixel (or a constant
   /// 0), so a table a channel, with the final table in it, gives the pixel's bytes as one word:
   /// four bytes unpacked (0 first, or last with RGBA), else three.
-  template <int DX>
+  template <int StepX>
   bool ChannelRows(bool fromTop) {
-    const bool unpacked = !px_.PM, rgba = px_.RGBA, rgb2 = px_.rgb2;
+    const bool unpacked = !pixel_.PM, rgba = pixel_.RGBA, rgb2 = pixel_.rgb2;
     const bool zeroFirst = unpacked && !rgba, zeroLast = unpacked && rgba && !rgb2;
     // Where each byte stands in the word, counted from its lowest byte.
     const int bytes = zeroFirst || zeroLast ? 4 : 3;
@@ -749,21 +805,20 @@ class FastWalk {
     const int greenAt = lastAt + 1, firstAt = lastAt + 2;
     // rgb2 puts blue first and red last.
     const int redAt = rgb2 ? lastAt : firstAt, blueAt = rgb2 ? firstAt : lastAt;
-    const std::uint32_t zero = std::uint32_t(final_[0]) << (zeroFirst ? 24 : 0);
-    std::array<std::uint32_t, 256> red, green, blue;
+    const std::uint32_t zero = std::uint32_t(finalBytes_[0]) << (zeroFirst ? 24 : 0);
+    WordTables tables;
+    tables.bytes = bytes;
     for (std::size_t level = 0; level < 256; ++level) {
-      const std::uint32_t f = std::uint32_t(final_[level]);
-      red[level] = f << (8 * redAt);
-      green[level] = (f << (8 * greenAt)) | (zeroFirst || zeroLast ? zero : 0);
-      blue[level] = f << (8 * blueAt);
+      const std::uint32_t finalByte = std::uint32_t(finalBytes_[level]);
+      tables.red[level] = finalByte << (8 * redAt);
+      tables.green[level] = (finalByte << (8 * greenAt)) | (zeroFirst || zeroLast ? zero : 0);
+      tables.blue[level] = finalByte << (8 * blueAt);
     }
-    const std::uint32_t *r = red.data(), *g = green.data(), *b = blue.data();
+    const ChannelLookup channels(tables);
     auto rows = [&]<int Bytes>() {
-      return RowStretches<DX>(fromTop, 1, Bytes, [&](const QRgb* p, int n, Octet* out) {
-        for (int i = 0; i < n; ++i, p += DX) {
-          const QRgb v = *p;
-          out = PutWord<Bytes>(out, r[(v >> 16) & 0xFF] | g[(v >> 8) & 0xFF] | b[v & 0xFF]);
-        }
+      return RowStretches<StepX>(fromTop, 1, Bytes, [&](const QRgb* from, int calls, Octet* out) {
+        for (int i = 0; i < calls; ++i, from += StepX)
+          out = PutWord<Bytes>(out, channels.WordOf(*from));
         return out;
       });
     };
@@ -773,195 +828,185 @@ class FastWalk {
   /// Rows of packed 4096 colours over a grid palette: each pixel's exchanged word from the
   /// channel tables (GridWords); phase 1 holds a word, phase 2 writes both in three bytes. The
   /// phase goes on across rows, and a colour off the grid stops the walk as the packer stops.
-  template <int DX>
-  bool GridPairRows(bool fromTop, const WordTables& t) {
-    // The tables' addresses in locals, so that the loop keeps them in registers.
-    const std::uint32_t *red = t.red.data(), *green = t.green.data(), *blue = t.blue.data();
+  template <int StepX>
+  bool GridPairRows(bool fromTop, const WordTables& tables) {
+    const ChannelLookup channels(tables);
     int phase = phase_, held = held_;
-    const bool completed = RowStretches<DX>(fromTop, 1, 2, [&](const QRgb* p, int n, Octet* out) {
-      for (int i = 0; i < n; ++i, p += DX) {
-        const QRgb v = *p;
-        const std::uint32_t w = red[(v >> 16) & 0xFF] | green[(v >> 8) & 0xFF] | blue[v & 0xFF];
-        if (w & WordTables::kMissing) [[unlikely]] {
-          colors_->notFound = std::int64_t(ColorOf(v));
-          c_.Aborted = true;
-          Stop(out);
-          return static_cast<Octet*>(nullptr);
-        }
-        const int word = int(w);
-        if (phase != 1) {
-          phase = 1, held = word;
-          continue;
-        }
-        phase = 2;
-        PutWordPair(out, held, word);
-      }
-      return out;
-    });
+    const bool completed =
+        RowStretches<StepX>(fromTop, 1, 2, [&](const QRgb* from, int calls, Octet* out) {
+          for (int i = 0; i < calls; ++i, from += StepX) {
+            const std::uint32_t word = channels.WordOf(*from);
+            if (word & WordTables::kMissing) [[unlikely]] {
+              colors_->notFound = std::int64_t(ColorOf(*from));
+              cursor_.Aborted = true;
+              Stop(out);
+              return static_cast<Octet*>(nullptr);
+            }
+            if (phase != 1) {
+              phase = 1, held = int(word);
+              continue;
+            }
+            phase = 2;
+            PutWordPair(out, held, int(word));
+          }
+          return out;
+        });
     phase_ = phase, held_ = held;
     return completed;
   }
 
-  /// Packs `n` one-pixel calls from `p` (table indexes in `found`) into `out`.
-  template <Kind K, int DX>
-  [[gnu::always_inline]] Octet* PackStretch(const QRgb* p, const int* found, int n, Octet* out) {
-    const Octet* const final = final_.data();
-    auto put = [&](int value) { *out++ = final[value & 0xFF]; };
-    const bool pm = px_.PM, rgb2 = px_.rgb2;
-    if constexpr (K == Kind::Index) {
-      for (int i = 0; i < n; ++i) put(Reorder256Output(found[i]));
-    } else if constexpr (K == Kind::Levels32) {
-      if (!pm) {
-        const int scale = px_.GRL32 ? 8 : 1;
-        for (int i = 0; i < n; ++i) put(found[i] * scale);
-        return out;
-      }
-      // Three 5-bit levels in two bytes: phase 1 holds a level, phase 2 ends the first
-      // byte and holds the rest, phase 3 ends the second byte.
-      int phase = phase_, held = held_;
-      auto step = [&](int v) {
-        phase = phase % 3 + 1;
-        if (phase == 1) {
-          held = v;
-        } else if (phase == 2) {
-          put(held + (v >> 6));
-          held = (v * 4) & 224;
-        } else {
-          put(held + (v >> 3));
-        }
-      };
-      int i = 0;
-      for (; i < n && phase % 3 != 0; ++i) step(found[i] * 8);
-      // Whole groups of three from phase 1 on; each leaves phase 3 and its middle level's
-      // rest held.
-      for (; i + 3 <= n; i += 3) {
-        const int a = found[i] * 8, b = found[i + 1] * 8, c = found[i + 2] * 8;
-        put(a + (b >> 6));
-        held = (b * 4) & 224;
-        put(held + (c >> 3));
-        phase = 3;
-      }
-      for (; i < n; ++i) step(found[i] * 8);
-      phase_ = phase, held_ = held;
-    } else if constexpr (K == Kind::C4096) {
-      if (!pm) {
-        for (int i = 0; i < n; ++i) {
-          const int v = Reorder4096Output(found[i]);
-          const int high = (v >> 8) & 15, low = v & 255;
-          put(rgb2 ? low : high);
-          put(rgb2 ? high : low);
-        }
-        return out;
-      }
-      // Two 12-bit words in three bytes: phase 1 holds a word, phase 2 writes both.
-      int phase = phase_, held = held_;
-      int i = 0;
-      if (n > 0 && phase == 1) {
-        const int v = Reorder4096Output(found[i++]);
-        phase = 2;
-        PutWordPair(out, held, v);
-      }
-      for (; i + 2 <= n; i += 2) {
-        const int a = Reorder4096Output(found[i]), b = Reorder4096Output(found[i + 1]);
-        PutWordPair(out, a, b);
-        held = a, phase = 2;
-      }
-      if (i < n) held = Reorder4096Output(found[i]), phase = 1;
-      phase_ = phase, held_ = held;
-    } else if constexpr (K == Kind::C65536) {
-      if (px_.SWRG) {
-        for (int i = 0; i < n; ++i) {
-          const int v = Reorder65kOutput(found[i]);
-          const int g = v & 0x7E0;
-          put((((v << 11) & 0xF800) | g) >> 8);
-          put(((v >> 11) & 0x1F) | (g & 255));
-        }
-      } else {
-        for (int i = 0; i < n; ++i) {
-          const int v = Reorder65kOutput(found[i]);
-          put(v >> 8);
-          put(v & 255);
-        }
-      }
-    } else if constexpr (K == Kind::C262k) {
-      const bool unpacked = px_.C18u;
-      for (int i = 0; i < n; ++i) {
+  // ---- Stretches of one-pixel calls ---------------------------------------------------------
+
+  /// Packs `calls` one-pixel calls from `from` (their table indexes in `found`) into `out`.
+  template <Packing Kind, int StepX>
+  [[gnu::always_inline]] Octet* PackStretch(const QRgb* from, const int* found, int calls,
+                                            Octet* out) {
+    if constexpr (Kind == Packing::Index) {
+      const Octet* const finalBytes = finalBytes_.data();
+      for (int i = 0; i < calls; ++i) *out++ = finalBytes[Reorder256Output(found[i]) & 0xFF];
+      return out;
+    } else if constexpr (Kind == Packing::Levels32) {
+      return StretchLevels32(found, calls, out);
+    } else if constexpr (Kind == Packing::C4096) {
+      return StretchColors4096(found, calls, out);
+    } else if constexpr (Kind == Packing::C65536) {
+      for (int i = 0; i < calls; ++i) PutColor65536(out, found[i]);
+      return out;
+    } else if constexpr (Kind == Packing::C262k) {
+      for (int i = 0; i < calls; ++i) {
         // A colour outside the table goes out as its own value.
-        const int index = found[i] >= 0 ? found[i] : int(ColorOf(p[DX * i]));
-        const std::uint32_t w = Word262k(index, unpacked, rgb2);
-        put(int(w >> 16));
-        put(int(w >> 8));
-        put(int(w));
+        const int index = found[i] >= 0 ? found[i] : int(ColorOf(from[StepX * i]));
+        const std::uint32_t word = Word262k(index, pixel_.C18u, pixel_.rgb2);
+        Put(out, int(word >> 16));
+        Put(out, int(word >> 8));
+        Put(out, int(word));
       }
+      return out;
+    } else {
+      return out;
     }
+  }
+
+  /// 32 gray levels: a byte a level unpacked; packed, three 5-bit levels in two bytes.
+  [[gnu::always_inline]] Octet* StretchLevels32(const int* found, int calls, Octet* out) {
+    // The final table's address in a local, so that the loops keep it in a register.
+    const Octet* const finalBytes = finalBytes_.data();
+    auto put = [&](int value) { *out++ = finalBytes[value & 0xFF]; };
+    if (!pixel_.PM) {
+      const int scale = pixel_.GRL32 ? 8 : 1;
+      for (int i = 0; i < calls; ++i) put(found[i] * scale);
+      return out;
+    }
+    // Phase 1 holds a level, phase 2 ends the first byte and holds the rest, phase 3 ends the
+    // second byte.
+    int phase = phase_, held = held_;
+    auto step = [&](int level) {
+      phase = phase % 3 + 1;
+      if (phase == 1) {
+        held = level;
+      } else if (phase == 2) {
+        put(held + (level >> 6));
+        held = (level * 4) & 224;
+      } else {
+        put(held + (level >> 3));
+      }
+    };
+    int i = 0;
+    for (; i < calls && phase % 3 != 0; ++i) step(found[i] * 8);
+    // Whole groups of three from phase 1 on; each leaves phase 3 and its middle level's rest
+    // held.
+    for (; i + 3 <= calls; i += 3) {
+      const int first = found[i] * 8, middle = found[i + 1] * 8, last = found[i + 2] * 8;
+      put(first + (middle >> 6));
+      held = (middle * 4) & 224;
+      put(held + (last >> 3));
+      phase = 3;
+    }
+    for (; i < calls; ++i) step(found[i] * 8);
+    phase_ = phase, held_ = held;
     return out;
   }
 
-  template <Kind K, bool Poll, int DX>
-  bool ByteColumns(bool fromTop) {
-    c_.BytesPerRow = pages_;
-    c_.PagesPerColumn = c_.AreaHeight;
-    const int top = c_.AreaTop, bottom = c_.AreaBottom;
-    const int first = fromTop ? top : bottom - 1;
-    const int dy = fromTop ? 1 : -1;
-    const int pages = pages_, step = step_;
-    const int left = c_.AreaLeft, right = c_.AreaRight;
-    Octet* out = out_;
-    for (int b = 0; b < pages; ++b) {
-      const int x = DX > 0 ? left + b * step : right - 1 - b * step;
-      GroupStart(out);
-      for (int y = first; y >= top && y < bottom; y += dy) {
-        if (!Byte<K, Poll, DX, 0>(image_.Row(y) + x, out)) return Stop(out);
-      }
+  /// 4096 colours: two bytes a word unpacked; packed, two 12-bit words in three bytes.
+  [[gnu::always_inline]] Octet* StretchColors4096(const int* found, int calls, Octet* out) {
+    if (!pixel_.PM) {
+      for (int i = 0; i < calls; ++i) PutColor4096(out, found[i]);
+      return out;
     }
-    out_ = out;
-    return true;
+    // Phase 1 holds a word, phase 2 writes both.
+    int phase = phase_, held = held_;
+    int i = 0;
+    if (calls > 0 && phase == 1) {
+      PutWordPair(out, held, Reorder4096Output(found[i++]));
+      phase = 2;
+    }
+    for (; i + 2 <= calls; i += 2) {
+      const int first = Reorder4096Output(found[i]), second = Reorder4096Output(found[i + 1]);
+      PutWordPair(out, first, second);
+      held = first, phase = 2;
+    }
+    if (i < calls) held = Reorder4096Output(found[i]), phase = 1;
+    phase_ = phase, held_ = held;
+    return out;
   }
 
-  bool Stop(Octet* out) {
-    out_ = out;
-    return false;
+  // ---- One packer call ----------------------------------------------------------------------
+
+  /// Pixel `i` along (StepX, StepY) from `from`.
+  template <int StepX, int StepY>
+  [[gnu::always_inline]] QRgb PixelAlong(const QRgb* from, int i) const {
+    return from[std::ptrdiff_t(StepX) * i + std::ptrdiff_t(StepY) * i * rowStride_];
   }
 
-  // ---- One byte ----------------------------------------------------------------------------
-
-  /// Pixel `i` along (DX, DY) from `p`.
-  template <int DX, int DY>
-  [[gnu::always_inline]] QRgb At(const QRgb* p, int i) const {
-    return p[std::ptrdiff_t(DX) * i + std::ptrdiff_t(DY) * i * stride_];
-  }
-  /// The canvas colour 0x00BBGGRR of a pixel.
-  static std::uint32_t ColorOf(QRgb v) {
-    return ((v >> 16) & 0xFFu) | (v & 0xFF00u) | ((v & 0xFFu) << 16);
-  }
-
-  /// The table index of the colour of `v`, or -1; the last pixel's answer is kept.
-  [[gnu::always_inline]] int Lookup(QRgb v) {
-    if (v != lastPixel_) {
-      lastPixel_ = v;
-      lastIndex_ = colors_->Find(ColorOf(v));
+  /// The table index of the colour of `pixel`, or -1; the last pixel's answer is kept.
+  [[gnu::always_inline]] int Lookup(QRgb pixel) {
+    if (pixel != lastPixel_) {
+      lastPixel_ = pixel;
+      lastIndex_ = colors_->Find(ColorOf(pixel));
     }
     return lastIndex_;
   }
 
-  /// The table index of the colour of `v`, or -1 after recording a colour not found.
-  [[gnu::always_inline]] int Index(QRgb v) {
-    const int index = Lookup(v);
+  /// The table index of the colour of `pixel`, or -1 after recording a colour not found.
+  [[gnu::always_inline]] int Index(QRgb pixel) {
+    const int index = Lookup(pixel);
     if (index < 0) [[unlikely]] {
-      colors_->notFound = std::int64_t(ColorOf(v));
-      c_.Aborted = true;
+      colors_->notFound = std::int64_t(ColorOf(pixel));
+      cursor_.Aborted = true;
     }
     return index;
   }
 
+  /// Puts `value` through the final table.
   [[gnu::always_inline]] void Put(Octet*& out, int value) const {
-    *out++ = final_[static_cast<std::size_t>(value & 0xFF)];
+    *out++ = finalBytes_[static_cast<std::size_t>(value & 0xFF)];
   }
   /// Two exchanged 12-bit words of packed 4096 colours in three bytes.
   [[gnu::always_inline]] void PutWordPair(Octet*& out, int first, int second) const {
     Put(out, first >> 4);
     Put(out, ((first << 4) & 0xF0) + (second >> 8));
     Put(out, second & 255);
+  }
+  /// The two bytes of unpacked 4096 colours of table index `index`: the high nibble byte
+  /// first, or last with rgb2.
+  [[gnu::always_inline]] void PutColor4096(Octet*& out, int index) const {
+    const int word = Reorder4096Output(index);
+    const int high = (word >> 8) & 15, low = word & 255;
+    Put(out, pixel_.rgb2 ? low : high);
+    Put(out, pixel_.rgb2 ? high : low);
+  }
+  /// The two bytes of 65536 colours of table index `index`; SWRG trades the red and blue
+  /// fields.
+  [[gnu::always_inline]] void PutColor65536(Octet*& out, int index) const {
+    const int word = Reorder65kOutput(index);
+    if (pixel_.SWRG) {
+      const int green = word & 0x7E0;
+      Put(out, (((word << 11) & 0xF800) | green) >> 8);
+      Put(out, ((word >> 11) & 0x1F) | (green & 255));
+    } else {
+      Put(out, word >> 8);
+      Put(out, word & 255);
+    }
   }
 
   void Flush() {
@@ -972,12 +1017,12 @@ class FastWalk {
     out_ = buffer_.data();
   }
 
-  /// Polls Escape, then packs the byte (or bytes) of one packer call at (x, y), the pixels
-  /// read along (DX, DY). False when the walk must stop.
-  template <Kind K, bool Poll, int DX, int DY>
-  [[gnu::always_inline]] bool Byte(const QRgb* p, Octet*& out) {
-    if (Poll && request_.keyPoll.EscapePressed()) return false;
-    if (!Pack<K, DX, DY>(p, out)) return false;
+  /// Polls Escape, then packs the byte (or bytes) of one packer call from `from`, the pixels
+  /// read along (StepX, StepY). False when the walk must stop.
+  template <Packing Kind, bool Polls, int StepX, int StepY>
+  [[gnu::always_inline]] bool PackCall(const QRgb* from, Octet*& out) {
+    if (Polls && request_.keyPoll.EscapePressed()) return false;
+    if (!Pack<Kind, StepX, StepY>(from, out)) return false;
     if (out >= bufferEnd_) [[unlikely]] {
       out_ = out;
       Flush();
@@ -986,158 +1031,181 @@ class FastWalk {
     return true;
   }
 
-  template <Kind K, int DX, int DY>
-  [[gnu::always_inline]] bool Pack(const QRgb* p, Octet*& out) {
-    switch (K) {
-      case Kind::Mono: {
-        const bool msbFirst = s_.scan.MSBF;
-        int value = 0;
-        for (int i = 0; i < 8; ++i) {
-          if ((At<DX, DY>(p, i) & 0xFFFFFFu) == 0) value |= 1 << (msbFirst ? 7 - i : i);
-        }
-        // PPB keeps the top bits of a horizontal byte.
-        if (DX != 0) {
-          static constexpr int kMasks[] = {0xFF, 0xFF, 0xFF, 0xFF, 0xF0, 0xF8, 0xFC, 0xFE};
-          const int ppb = s_.pixel.PPB;
-          if (ppb >= 4 && ppb <= 7) value &= kMasks[ppb];
-        }
-        Put(out, value);
-        return true;
+  /// The packer of `Kind` on the pixels from `from`; false after a colour not found.
+  template <Packing Kind, int StepX, int StepY>
+  [[gnu::always_inline]] bool Pack(const QRgb* from, Octet*& out) {
+    if constexpr (Kind == Packing::Mono) {
+      return PackMono<StepX, StepY>(from, out);
+    } else if constexpr (Kind == Packing::Levels4) {
+      return PackLevels4<StepX, StepY>(from, out);
+    } else if constexpr (Kind == Packing::Nibbles) {
+      return PackNibbles<StepX, StepY>(from, out);
+    } else if constexpr (Kind == Packing::Colors8) {
+      return PackColors8<StepX, StepY>(from, out);
+    } else if constexpr (Kind == Packing::C16M) {
+      return PackColors16M(*from, out);
+    } else if constexpr (Kind == Packing::C262k) {
+      return PackColors262k(*from, out);
+    } else {
+      // One pixel, one table index.
+      const int index = Index(*from);
+      if (index < 0) return false;
+      if constexpr (Kind == Packing::Index) {
+        Put(out, Reorder256Output(index));
+      } else if constexpr (Kind == Packing::Levels32) {
+        PackLevel32(index, out);
+      } else if constexpr (Kind == Packing::C4096) {
+        PackColor4096(index, out);
+      } else if constexpr (Kind == Packing::C65536) {
+        PutColor65536(out, index);
       }
-      case Kind::Levels4: {
-        int value = 0;
-        for (int i = 0; i < 4; ++i) {
-          const int idx = Index(At<DX, DY>(p, i));
-          if (idx < 0) return false;
-          value += idx;
-          if (i < 3) value <<= 2;
-        }
-        Put(out, value);
-        return true;
-      }
-      case Kind::Nibbles: {
-        const int i0 = Index(*p);
-        if (i0 < 0) return false;
-        const int i1 = Index(At<DX, DY>(p, 1));
-        if (i1 < 0) return false;
-        Put(out, px_.snib ? (i1 << 4) | i0 : (i0 << 4) | i1);
-        return true;
-      }
-      case Kind::Colors8: {
-        int i[8];
-        for (int n = 0; n < 8; ++n) {
-          i[n] = Index(At<DX, DY>(p, n));
-          if (i[n] < 0) return false;
-        }
-        Put(out, i[0] * 32 + i[1] * 4 + (i[2] >> 1));
-        Put(out, ((i[2] * 128) & 0xFF) + i[3] * 16 + i[4] * 2 + (i[5] >> 2));
-        Put(out, ((i[5] * 64) & 0xFF) + i[6] * 8 + i[7]);
-        return true;
-      }
-      case Kind::Index: {
-        const int idx = Index(*p);
-        if (idx < 0) return false;
-        Put(out, Reorder256Output(idx));
-        return true;
-      }
-      case Kind::Levels32: {
-        const int idx = Index(*p);
-        if (idx < 0) return false;
-        if (!px_.PM) {
-          Put(out, px_.GRL32 ? idx * 8 : idx);
-          return true;
-        }
-        const int v = idx * 8;
-        phase_ = phase_ % 3 + 1;
-        if (phase_ == 1) {
-          held_ = v;
-        } else if (phase_ == 2) {
-          const int value = held_ + (v >> 6);
-          held_ = (v * 4) & 224;
-          Put(out, value);
-        } else {
-          Put(out, held_ + (v >> 3));
-        }
-        return true;
-      }
-      case Kind::C4096: {
-        const int idx = Index(*p);
-        if (idx < 0) return false;
-        const int n = Reorder4096Output(idx);
-        if (!px_.PM) {
-          const int high = (n >> 8) & 15, low = n & 255;
-          Put(out, px_.rgb2 ? low : high);
-          Put(out, px_.rgb2 ? high : low);
-          return true;
-        }
-        phase_ = phase_ % 2 + 1;
-        if (phase_ == 1) {
-          held_ = n;
-          return true;
-        }
-        PutWordPair(out, held_, n);
-        return true;
-      }
-      case Kind::C65536: {
-        const int idx = Index(*p);
-        if (idx < 0) return false;
-        const int n = Reorder65kOutput(idx);
-        if (px_.SWRG) {
-          const int g = n & 0x7E0;
-          Put(out, (((n << 11) & 0xF800) | g) >> 8);
-          Put(out, ((n >> 11) & 0x1F) | (g & 255));
-        } else {
-          Put(out, n >> 8);
-          Put(out, n & 255);
-        }
-        return true;
-      }
-      case Kind::C262k: {
-        const QRgb pixel = *p;
-        const int index = Lookup(pixel);
-        // A colour outside the table goes out as its own value.
-        const std::int64_t n = Reorder262kOutput(index >= 0 ? index : int(ColorOf(pixel)));
-        std::array<int, 3> bytes{};
-        if (px_.C18u) {
-          bytes = {int((n >> 12) & 63), int((n >> 6) & 63), int(n & 63)};
-        } else {
-          bytes = {int((n >> 16) & 255), int((n >> 8) & 255), int(n & 255)};
-        }
-        if (px_.rgb2) std::swap(bytes[0], bytes[2]);
-        for (int b : bytes) Put(out, b);
-        return true;
-      }
-      case Kind::C16M: {
-        const std::int64_t n = Reorder16MOutput(int(ColorOf(*p)));
-        const bool unpacked = !px_.PM;
-        if (unpacked && !px_.RGBA) Put(out, 0);
-        const int rgb[3] = {int((n >> 16) & 255), int((n >> 8) & 255), int(n & 255)};
-        for (int k = 0; k < 3; ++k) Put(out, rgb[px_.rgb2 ? 2 - k : k]);
-        if (unpacked && px_.RGBA && !px_.rgb2) Put(out, 0);
-        return true;
+      return true;
+    }
+  }
+
+  /// Eight black-or-white pixels: the first is bit 7 by MSBF, else bit 0; PPB keeps the top
+  /// bits of a horizontal byte.
+  template <int StepX, int StepY>
+  [[gnu::always_inline]] bool PackMono(const QRgb* from, Octet*& out) {
+    const bool msbFirst = settings_.scan.MSBF;
+    int value = 0;
+    for (int i = 0; i < 8; ++i) {
+      if ((PixelAlong<StepX, StepY>(from, i) & 0xFFFFFFu) == 0) {
+        value |= 1 << (msbFirst ? 7 - i : i);
       }
     }
+    if (StepX != 0) {
+      static constexpr int kKeptBits[] = {0xFF, 0xFF, 0xFF, 0xFF, 0xF0, 0xF8, 0xFC, 0xFE};
+      const int ppb = settings_.pixel.PPB;
+      if (ppb >= 4 && ppb <= 7) value &= kKeptBits[ppb];
+    }
+    Put(out, value);
     return true;
   }
 
-  const settings::Settings& s_;
-  const settings::PixelModeSettings& px_;
+  /// Four 2-bit levels, the first highest.
+  template <int StepX, int StepY>
+  [[gnu::always_inline]] bool PackLevels4(const QRgb* from, Octet*& out) {
+    int value = 0;
+    for (int i = 0; i < 4; ++i) {
+      const int index = Index(PixelAlong<StepX, StepY>(from, i));
+      if (index < 0) return false;
+      value += index;
+      if (i < 3) value <<= 2;
+    }
+    Put(out, value);
+    return true;
+  }
+
+  /// Two 4-bit indexes, the first in the high nibble (the low one with snib).
+  template <int StepX, int StepY>
+  [[gnu::always_inline]] bool PackNibbles(const QRgb* from, Octet*& out) {
+    const int first = Index(*from);
+    if (first < 0) return false;
+    const int second = Index(PixelAlong<StepX, StepY>(from, 1));
+    if (second < 0) return false;
+    Put(out, pixel_.snib ? (second << 4) | first : (first << 4) | second);
+    return true;
+  }
+
+  /// Eight 3-bit indexes in three bytes.
+  template <int StepX, int StepY>
+  [[gnu::always_inline]] bool PackColors8(const QRgb* from, Octet*& out) {
+    int indexes[8];
+    for (int i = 0; i < 8; ++i) {
+      indexes[i] = Index(PixelAlong<StepX, StepY>(from, i));
+      if (indexes[i] < 0) return false;
+    }
+    Put(out, indexes[0] * 32 + indexes[1] * 4 + (indexes[2] >> 1));
+    Put(out, ((indexes[2] * 128) & 0xFF) + indexes[3] * 16 + indexes[4] * 2 + (indexes[5] >> 2));
+    Put(out, ((indexes[5] * 64) & 0xFF) + indexes[6] * 8 + indexes[7]);
+    return true;
+  }
+
+  /// A 32 gray level: a byte unpacked; packed, three levels make two bytes through the phase.
+  [[gnu::always_inline]] void PackLevel32(int index, Octet*& out) {
+    if (!pixel_.PM) {
+      Put(out, pixel_.GRL32 ? index * 8 : index);
+      return;
+    }
+    const int level = index * 8;
+    phase_ = phase_ % 3 + 1;
+    if (phase_ == 1) {
+      held_ = level;
+    } else if (phase_ == 2) {
+      const int value = held_ + (level >> 6);
+      held_ = (level * 4) & 224;
+      Put(out, value);
+    } else {
+      Put(out, held_ + (level >> 3));
+    }
+  }
+
+  /// A 4096 colour: two bytes unpacked; packed, the first word of a pair waits for the second.
+  [[gnu::always_inline]] void PackColor4096(int index, Octet*& out) {
+    if (!pixel_.PM) {
+      PutColor4096(out, index);
+      return;
+    }
+    const int word = Reorder4096Output(index);
+    phase_ = phase_ % 2 + 1;
+    if (phase_ == 1) {
+      held_ = word;
+      return;
+    }
+    PutWordPair(out, held_, word);
+  }
+
+  /// A 262k colour in three bytes; a colour outside the table goes out as its own value.
+  [[gnu::always_inline]] bool PackColors262k(QRgb pixel, Octet*& out) {
+    const int index = Lookup(pixel);
+    const std::int64_t word = Reorder262kOutput(index >= 0 ? index : int(ColorOf(pixel)));
+    std::array<int, 3> bytes{};
+    if (pixel_.C18u) {
+      bytes = {int((word >> 12) & 63), int((word >> 6) & 63), int(word & 63)};
+    } else {
+      bytes = {int((word >> 16) & 255), int((word >> 8) & 255), int(word & 255)};
+    }
+    if (pixel_.rgb2) std::swap(bytes[0], bytes[2]);
+    for (const int byte : bytes) Put(out, byte);
+    return true;
+  }
+
+  /// A 16M colour: its three channels, red first (blue first with rgb2); unpacked, a 0 byte
+  /// before them, or after them with RGBA (not with rgb2).
+  [[gnu::always_inline]] bool PackColors16M(QRgb pixel, Octet*& out) {
+    const std::int64_t word = Reorder16MOutput(int(ColorOf(pixel)));
+    const bool unpacked = !pixel_.PM;
+    if (unpacked && !pixel_.RGBA) Put(out, 0);
+    const int channels[3] = {int((word >> 16) & 255), int((word >> 8) & 255), int(word & 255)};
+    for (int k = 0; k < 3; ++k) Put(out, channels[pixel_.rgb2 ? 2 - k : k]);
+    if (unpacked && pixel_.RGBA && !pixel_.rgb2) Put(out, 0);
+    return true;
+  }
+
+  const settings::Settings& settings_;
+  const settings::PixelModeSettings& pixel_;
   const WalkRequest& request_;
   DataTextWriter& writer_;
-  ConversionCursor& c_;
-  PixelMode mode_;
-  Kind kind_;
-  int k_;
-  double p_;
+  ConversionCursor& cursor_;
+  Packing packing_;
+  int pixelsPerCall_;
+  double pixelsPerByte_;
   ColorSearch* colors_;
   const ImagePixelSource& image_;
   int width_;
   int height_;
-  std::ptrdiff_t stride_;  // pixels from a row to the next
+  std::ptrdiff_t rowStride_;  // pixels from a row to the next
   ScanDirection direction_ = ScanDirection::tr;
   int pages_ = 0;  // pages (vertical walks) or bytes per row (horizontal ones)
   int step_ = 1;   // rows between pages, or pixels between byte columns
-  std::array<Octet, 256> final_{};
+  // The index rows' look-ups: the table index of each pixel of a stretch, and a gray
+  // table's index by level. They stand here, beside the output buffer, rather than on the
+  // stack, so that their addresses keep one distance from the buffer's whatever the stack
+  // holds (loads that share the low address bits of a recent store wait for it).
+  std::array<int, 256> grayIndex_{};
+  std::array<int, 256> found_{};
+  std::array<Octet, 256> finalBytes_{};       // each byte value as it goes out (MSBF, dore)
   std::array<Octet, kFlushAt + 8> buffer_{};  // a call puts at most four bytes
   Octet* out_ = buffer_.data();
   const Octet* bufferEnd_ = buffer_.data() + kFlushAt;
@@ -1148,54 +1216,55 @@ class FastWalk {
   int held_ = 0;   // SecondValue
 };
 
-/// The kind of packer call of `mode` in the family of `direction`; none when the fast walk
-/// does not cover it.
-std::optional<Kind> KindOf(const settings::Settings& s, PixelMode mode, ScanDirection direction) {
-  const settings::PixelModeSettings& px = s.pixel;
+/// The packing of `mode` in the family of `direction`; none when the fast walk does not cover
+/// it.
+std::optional<Packing> PackingOf(const settings::Settings& settings, PixelMode mode,
+                                 ScanDirection direction) {
+  const settings::PixelModeSettings& pixel = settings.pixel;
   const bool vertical = direction == ScanDirection::td || direction == ScanDirection::tu ||
                         direction == ScanDirection::tda || direction == ScanDirection::tua;
   const bool down = direction == ScanDirection::td || direction == ScanDirection::tda;
   // The slices and the horizontal pairs change the walk itself; six-bit bytes read past the
   // area; two-page gray in td packs two planes.
-  if (px.G16 && (px.ST7 || px.gsch) && vertical) return std::nullopt;
-  if (px.G42 && down && s.scan.td) return std::nullopt;
+  if (pixel.G16 && (pixel.ST7 || pixel.gsch) && vertical) return std::nullopt;
+  if (pixel.G42 && down && settings.scan.td) return std::nullopt;
   if (vertical && (mode == PixelMode::Gray16Horizontal || mode == PixelMode::Gray16Slices)) {
     return std::nullopt;
   }
   switch (mode) {
     case PixelMode::Monochrome:
     case PixelMode::MonochromeInverted:
-      if (!px.bw8) return std::nullopt;
-      return Kind::Mono;
+      if (!pixel.bw8) return std::nullopt;
+      return Packing::Mono;
     case PixelMode::Gray4:
     case PixelMode::Gray4TwoPages:
-      return Kind::Levels4;
+      return Packing::Levels4;
     case PixelMode::Gray16Vertical:
     case PixelMode::Gray16Horizontal:
     case PixelMode::Gray16Slices:
     case PixelMode::Colors16:
-      return Kind::Nibbles;
+      return Packing::Nibbles;
     case PixelMode::Colors8:
-      return Kind::Colors8;
+      return Packing::Colors8;
     case PixelMode::Gray256:
     case PixelMode::Colors256:
     case PixelMode::Colors256OwnPalette:
-      return Kind::Index;
+      return Packing::Index;
     case PixelMode::Gray32Packed:
     case PixelMode::Gray32RUnpacked:
     case PixelMode::Gray32LUnpacked:
-      return Kind::Levels32;
+      return Packing::Levels32;
     case PixelMode::Colors4096Packed:
     case PixelMode::Colors4096:
-      return Kind::C4096;
+      return Packing::C4096;
     case PixelMode::Colors65536:
-      return Kind::C65536;
+      return Packing::C65536;
     case PixelMode::Colors262kPacked:
     case PixelMode::Colors262k:
-      return Kind::C262k;
+      return Packing::C262k;
     case PixelMode::Colors16MPacked:
     case PixelMode::Colors16M:
-      return Kind::C16M;
+      return Packing::C16M;
   }
   return std::nullopt;
 }
@@ -1205,25 +1274,24 @@ std::optional<Kind> KindOf(const settings::Settings& s, PixelMode mode, ScanDire
 std::optional<bool> FastWalkArea(const WalkRequest& request, const ImagePixelSource& image,
                                  DataTextWriter& writer, const ReorderProgram* reorder,
                                  ConversionCursor& cursor) {
-  const settings::Settings& s = request.settings;
-  const std::optional<ScanDirection> direction = settings::CurrentScanDirection(s);
+  const settings::Settings& settings = request.settings;
+  const std::optional<ScanDirection> direction = settings::CurrentScanDirection(settings);
   if (!direction || request.fontMode || request.stages.compression != nullptr ||
       writer.DrawsPictures() || cursor.Aborted) {
     return std::nullopt;
   }
-  const PixelMode mode = settings::CurrentPixelMode(s).value_or(PixelMode::Monochrome);
-  const std::optional<Kind> kind = KindOf(s, mode, *direction);
-  if (!kind) return std::nullopt;
-  if (*kind != Kind::Mono && *kind != Kind::C16M && request.stages.colors == nullptr) {
+  const PixelMode mode = settings::CurrentPixelMode(settings).value_or(PixelMode::Monochrome);
+  const std::optional<Packing> packing = PackingOf(settings, mode, *direction);
+  if (!packing) return std::nullopt;
+  if (*packing != Packing::Mono && *packing != Packing::C16M && request.stages.colors == nullptr) {
     return std::nullopt;
   }
 
   // The cursor as WalkArea sets it up; it is given back unchanged when the walk is not
   // covered after all.
   const ConversionCursor before = cursor;
-  ConversionCursor& c = cursor;
-  const double p = StartWalk(request, direction, c);
-  FastWalk walk(request, image, writer, reorder, c, mode, *kind, p);
+  const double pixelsPerByte = StartWalk(request, direction, cursor);
+  FastWalk walk(request, image, writer, reorder, cursor, *packing, pixelsPerByte);
   if (!walk.Plan(*direction)) {
     cursor = before;
     return std::nullopt;
