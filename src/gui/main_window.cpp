@@ -10,10 +10,8 @@
 #include <QComboBox>
 #include <QCoreApplication>
 #include <QDockWidget>
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QGridLayout>
-#include <QInputDialog>
 #include <QLabel>
 #include <QMenuBar>
 #include <QProgressBar>
@@ -51,11 +49,15 @@
 #include "gui/log_window.h"
 #include "gui/preview_dialog.h"
 #include "gui/qt_dialogs.h"
+#include "gui/qt_file_picker.h"
+#include "gui/qt_text_prompt.h"
 #include "gui/settings_panel.h"
 #include "gui/source_editor.h"
 #include "gui/threshold_tool.h"
 #include "platform/clock.h"
+#include "platform/file_picker.h"
 #include "platform/qt/qt_folders.h"
+#include "platform/text_prompt.h"
 #include "settings/geometry.h"
 #include "settings/pixel_modes.h"
 #include "util/atomic_write.h"
@@ -157,7 +159,9 @@ struct MainWindow::DesktopServices {
   platform::NoFileUse fileUse;
   EscapePoll escape;
   platform::SystemClock clock;
-  app::Services services{dialogs, folders, fileUse, escape, clock};
+  QtFilePicker filePicker;
+  QtTextPrompt textPrompt;
+  app::Services services{dialogs, folders, fileUse, escape, clock, filePicker, textPrompt};
 };
 
 MainWindow::MainWindow(Options options, QWidget* parent)
@@ -171,7 +175,11 @@ MainWindow::MainWindow(std::unique_ptr<DesktopServices> desktop, app::Services* 
     : QMainWindow(parent),
       desktop_(std::move(desktop)),
       services_(services ? *services : desktop_->services) {
-  if (desktop_) desktop_->dialogs.SetParent(this);
+  if (desktop_) {
+    desktop_->dialogs.SetParent(this);
+    desktop_->filePicker.SetParent(this);
+    desktop_->textPrompt.SetParent(this);
+  }
   setWindowTitle(Title());
   setObjectName(QStringLiteral("MainForm"));
 
@@ -644,10 +652,10 @@ void MainWindow::UpdateLogWindowCaption() {
 }
 
 void MainWindow::LoadGraphicToolButtonClick() {
-  const QString path = QFileDialog::getOpenFileName(
-      this, QStringLiteral("Load Graphic"), services_.folders.Pictures(),
-      QStringLiteral("Pictures (*.bmp *.png *.jpg *.jpeg *.gif *.tif *.tiff *.ico *.svg)"));
-  if (!path.isEmpty()) LoadPicture(path);
+  const std::optional<QString> path = services_.filePicker.OpenFile(
+      QStringLiteral("Load Graphic"), services_.folders.Pictures(),
+      {QStringLiteral("Pictures (*.bmp *.png *.jpg *.jpeg *.gif *.tif *.tiff *.ico *.svg)")});
+  if (path) LoadPicture(*path);
 }
 
 void MainWindow::LoadPicture(const QString& path) {
@@ -682,12 +690,11 @@ void MainWindow::MRUFClick(const QString& item) {
 }
 
 void MainWindow::DefineArtworkToolbuttonClick() {
-  bool ok = false;
-  const QString name = QInputDialog::getText(this, QStringLiteral("Define Artwork Name"),
-                                             QStringLiteral("Artwork name"), QLineEdit::Normal,
-                                             state_.settings.output.nbmfn, &ok);
-  if (!ok || name.trimmed().isEmpty()) return;
-  state_.settings.output.nbmfn = name.trimmed();
+  const std::optional<QString> name =
+      services_.textPrompt.Ask({QStringLiteral("Define Artwork Name"),
+                                QStringLiteral("Artwork name"), state_.settings.output.nbmfn});
+  if (!name || name->trimmed().isEmpty()) return;
+  state_.settings.output.nbmfn = name->trimmed();
   app::defineOutputFileName(state_);  // UpdateOutputFilename
 }
 
