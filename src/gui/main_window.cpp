@@ -712,6 +712,11 @@ std::unique_ptr<ExportDialog> MainWindow::MakeExportDialog() {
 void MainWindow::ConvertToDataToolButtonClick() {
   // No mode gate here: the driver turns the command into a font or touch conversion itself.
   std::unique_ptr<ExportDialog> dialog = MakeExportDialog();
+  if (exportDialogShown) {
+    QTimer::singleShot(0, dialog.get(), [this, shown = dialog.get()] {
+      if (exportDialogShown) exportDialogShown(*shown);
+    });
+  }
   const bool confirmed = dialog->exec() == QDialog::Accepted;
   state_.settings.layout.EXLE = dialog->x();
   state_.settings.layout.EXTO = dialog->y();

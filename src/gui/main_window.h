@@ -92,6 +92,8 @@ class MainWindow final : public QMainWindow {
   std::function<void(GraphicPreviewDialog&)> dialogShown;
   /// The export dialog as the next export would open it.
   std::unique_ptr<ExportDialog> MakeExportDialog();
+  /// Lets a caller look at or drive the export dialog while it is up.
+  std::function<void(ExportDialog&)> exportDialogShown;
 
   /// The export after its dialog: the driver with `request`, progress and Escape while it
   /// walks, then the text in the source editor under the output name.

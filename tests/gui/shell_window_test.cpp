@@ -57,15 +57,11 @@ TEST_F(ShellWindow, ExportFromTheRibbonLeavesTheArrayInTheEditorAndTheOutputFold
   QAction* command = window.Command(QStringLiteral("Export Work Canvas to Data"));
   ASSERT_NE(command, nullptr);
   bool dialogSeen = false;
-  QTimer confirm;
-  QObject::connect(&confirm, &QTimer::timeout, [&] {
-    if (auto* dialog = qobject_cast<ExportDialog*>(QApplication::activeModalWidget())) {
-      dialogSeen = dialog->windowTitle() == QStringLiteral("Export Work Canvas To Data");
-      confirm.stop();
-      dialog->ExportButton()->click();
-    }
-  });
-  confirm.start(5);
+  window.exportDialogShown = [&](ExportDialog& dialog) {
+    dialogSeen =
+        dialog.isVisible() && dialog.windowTitle() == QStringLiteral("Export Work Canvas To Data");
+    dialog.ExportButton()->click();
+  };
   command->trigger();
   EXPECT_TRUE(dialogSeen);
 
