@@ -93,14 +93,14 @@ TEST_F(LoadTest, AGrayLoadIsReducedWithTheMenusMethodAndPasted) {
   MainWindow window(platform.services, {});
   app::SetDisplaySize(window.State(), 8, 8);
   ASSERT_TRUE(app::SelectPixelMode(window.State(), platform.services, settings::PixelMode::Gray4));
-  window.Command(QStringLiteral("Nearest"))->trigger();
+  window.Command(QStringLiteral("dithering.method.nearest"))->trigger();
   const QList<int> reduced = {0x00, 0x55, 0x55, 0xAA, 0xAA, 0xFF};
   platform.dialogs.Answer(Answer::Ok);  // Reduce
   window.LoadPicture(Grays({0x00, 0x30, 0x60, 0x90, 0xC0, 0xFF}));
   EXPECT_FALSE(platform.dialogs.shown.isEmpty());
   EXPECT_EQ(Row(window.State().canvas.Selection().Layer()), reduced);
   EXPECT_FALSE(window.ThresholdToolShown());
-  window.Command(QStringLiteral("Paste Selection"))->trigger();
+  window.Command(QStringLiteral("canvas.paste"))->trigger();
   EXPECT_EQ(Row(window.State().canvas.Bitmap()).mid(0, 6), reduced);
 }
 
@@ -137,7 +137,7 @@ TEST_F(LoadTest, ThePreviewTakesTheAreaDrawnAndMovedWithTheMouse) {
     dialog.ImportAngleBox()->setValue(180);  // the area comes in upside down
     dialog.ImportButton()->click();
   };
-  window.Command(QStringLiteral("Load Graphic with Preview"))->trigger();
+  window.Command(QStringLiteral("file.loadGraphicPreview"))->trigger();
   EXPECT_EQ(Row(window.State().canvas.Selection().Layer()), (QList<int>{200, 160}));
   EXPECT_EQ(window.State().ImportAngle, 180);
   EXPECT_TRUE(window.State().log.Lines().contains(QStringLiteral("Select Area in Preview Button")));
@@ -154,7 +154,7 @@ TEST_F(LoadTest, TheLoadDialogAndThePreviewsBrowseLoadThePictureChosen) {
       QStringLiteral("Pictures (*.bmp *.png *.jpg *.jpeg *.gif *.tif *.tiff *.ico *.svg)")};
   platform.filePicker.Cancel();
   platform.filePicker.Choose(path);
-  QAction* load = window.Command(QStringLiteral("Load Graphic Dialog"));
+  QAction* load = window.Command(QStringLiteral("file.loadGraphic"));
   ASSERT_NE(load, nullptr);
   load->trigger();
   EXPECT_FALSE(window.State().canvas.Selection().IsFloating());

@@ -153,7 +153,7 @@ TEST_F(MainWindowTest, TheLogWindowMirrorsTheLogThroughAppendsFoldsClearsAndSave
 // output, while a cancel or a blank line keeps the name.
 TEST_F(MainWindowTest, DefineArtworkNameAsksForTheNameAndRenamesTheOutput) {
   MainWindow window(platform.services, {});
-  QAction* define = window.Command(QStringLiteral("Define Artwork Name"));
+  QAction* define = window.Command(QStringLiteral("file.defineArtworkName"));
   ASSERT_NE(define, nullptr);
   const struct {
     std::optional<QString> typed;

@@ -90,7 +90,7 @@ void Prepare(vt::gui::MainWindow& window, const Shot& shot) {
     return;
   }
   if (window.ThresholdToolShown()) window.Threshold()->MidButton()->click();
-  window.Command(QStringLiteral("Paste Selection"))->trigger();
+  window.Command(QStringLiteral("canvas.paste"))->trigger();
   window.RunExport(vt::app::FillExportDialog(window.State()).request, true);
 }
 
