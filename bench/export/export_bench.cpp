@@ -32,7 +32,9 @@
 #include "convert/pixel_source.h"
 #include "platform/clock.h"
 #include "platform/console/console_dialogs.h"
+#include "platform/file_picker.h"
 #include "platform/qt/qt_folders.h"
+#include "platform/text_prompt.h"
 #include "rgb565_floor.h"
 #include "settings/geometry.h"
 #include "settings/pixel_modes.h"
@@ -145,7 +147,9 @@ Times ExportMs(const QImage& picture, settings::PixelMode mode, const QString& f
   platform::NoFileUse fileUse;
   platform::NoKeyPoll escape;
   platform::SystemClock clock;
-  app::Services services{dialogs, folders, fileUse, escape, clock};
+  platform::NoFilePicker filePicker;
+  platform::NoTextPrompt textPrompt;
+  app::Services services{dialogs, folders, fileUse, escape, clock, filePicker, textPrompt};
   app::AppState state;
   state.files.SettingsFile = folder + QStringLiteral("/bench.LCD");
   // The export report goes to the project folder, as in a project.

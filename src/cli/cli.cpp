@@ -13,8 +13,10 @@
 #include "canvas/threshold.h"
 #include "platform/clock.h"
 #include "platform/console/console_dialogs.h"
+#include "platform/file_picker.h"
 #include "platform/folders.h"
 #include "platform/key_poll.h"
+#include "platform/text_prompt.h"
 #include "settings/geometry.h"
 #include "settings/ini_document.h"
 #include "settings/key_names.h"
@@ -62,10 +64,12 @@ std::optional<settings::OriginCorner> ParseCorner(const QString& number, QTextSt
 /// The headless services of one run: messages answer by themselves and go to `err`.
 struct ConsoleServices {
   ConsoleServices(QTextStream& err, platform::Folders& folders, platform::FileUse& fileUse)
-      : dialogs(err), services{dialogs, folders, fileUse, escape, clock} {}
+      : dialogs(err), services{dialogs, folders, fileUse, escape, clock, filePicker, textPrompt} {}
   platform::ConsoleDialogs dialogs;
   platform::NoKeyPoll escape;
   platform::SystemClock clock;
+  platform::NoFilePicker filePicker;  ///< nobody is there to choose: every request is refused
+  platform::NoTextPrompt textPrompt;
   app::Services services;
 };
 

@@ -7,7 +7,6 @@
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QHeaderView>
-#include <QInputDialog>
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
@@ -18,6 +17,7 @@
 #include <utility>
 
 #include "app/configuration.h"
+#include "platform/text_prompt.h"
 
 namespace vt::gui {
 
@@ -164,8 +164,9 @@ void Explorer::ActivateSelected() {
 
 void Explorer::CreateProject(QString name) {
   if (name.isEmpty()) {
-    name = QInputDialog::getText(this, QStringLiteral("Create New Project"),
-                                 QStringLiteral("Project name :"));
+    name = services_.textPrompt
+               .Ask({QStringLiteral("Create New Project"), QStringLiteral("Project name :"), {}})
+               .value_or(QString());
   }
   if (!name.isEmpty() && app::SaveAsNewProject(state_, services_, name)) Reload();
 }

@@ -2,7 +2,6 @@
 #include "gui/log_window.h"
 
 #include <QDir>
-#include <QFileDialog>
 #include <QFontDatabase>
 #include <QMenuBar>
 #include <QPlainTextEdit>
@@ -12,6 +11,7 @@
 #include <QVBoxLayout>
 
 #include "app/messages.h"
+#include "platform/file_picker.h"
 #include "platform/folders.h"
 
 namespace vt::gui {
@@ -82,10 +82,10 @@ bool LogWindow::SaveLogTo(const QString& path) {
 void LogWindow::SaveLogtoFile1Click() {
   const QString folder =
       state_.files.InitFolder.isEmpty() ? services_.folders.Documents() : state_.files.InitFolder;
-  const QString path = QFileDialog::getSaveFileName(
-      this, QStringLiteral("Save Log to File"), QDir(folder).filePath(QStringLiteral("L.LOG")),
-      QStringLiteral("Log files (*.LOG *.log);;All files (*)"));
-  if (!path.isEmpty()) SaveLogTo(path);
+  const std::optional<QString> path = services_.filePicker.SaveFile(
+      QStringLiteral("Save Log to File"), folder, QStringLiteral("L.LOG"),
+      {QStringLiteral("Log files (*.LOG *.log)"), QStringLiteral("All files (*)")});
+  if (path) SaveLogTo(*path);
 }
 
 }  // namespace vt::gui

@@ -10,10 +10,8 @@
 #include <QComboBox>
 #include <QCoreApplication>
 #include <QDockWidget>
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QGridLayout>
-#include <QInputDialog>
 #include <QLabel>
 #include <QMenuBar>
 #include <QProgressBar>
@@ -30,20 +28,12 @@
 
 #include "app/artwork.h"
 #include "app/canvas_commands.h"
-#include "app/display_commands.h"
 #include "app/graphic_import.h"
-#include "app/messages.h"
 #include "app/modes.h"
 #include "app/output_naming.h"
-#include "app/palette_commands.h"
-#include "app/pixel_mode_commands.h"
 #include "app/shell_commands.h"
 #include "app/startup.h"
 #include "app/threshold_commands.h"
-#include "canvas/color_reduction.h"
-#include "canvas/graphic_loading.h"
-#include "canvas/graphic_preview.h"
-#include "canvas/threshold.h"
 #include "gui/canvas_view.h"
 #include "gui/escape_poll.h"
 #include "gui/exception_boundary.h"
@@ -52,12 +42,16 @@
 #include "gui/log_window.h"
 #include "gui/preview_dialog.h"
 #include "gui/qt_dialogs.h"
+#include "gui/qt_file_picker.h"
+#include "gui/qt_text_prompt.h"
 #include "gui/settings_panel.h"
 #include "gui/source_editor.h"
 #include "gui/threshold_tool.h"
 #include "platform/clock.h"
+#include "platform/file_picker.h"
 #include "platform/posix/process_file_use.h"
 #include "platform/qt/qt_folders.h"
+#include "platform/text_prompt.h"
 #include "settings/geometry.h"
 #include "settings/pixel_modes.h"
 #include "util/atomic_write.h"
@@ -68,70 +62,6 @@ namespace {
 const QString kHideLogWindow = QStringLiteral("Hide Log Window");
 const QString kShowLogWindow = QStringLiteral("Show Log Window");
 constexpr int kLogPollMs = 250;
-
-const char* const kRibbonPages[] = {
-    "Windows",    "GLCD Graphic",     "Text+Hex Editors", "GLCD Vectors", "GLCD Fonts",
-    "GLCD Touch", "Batch Processing", "Animation",        "Connectivity", "Color Palette"};
-
-/// A command whose work is not in this version: shown, greyed, and saying so.
-struct Planned {
-  int page;
-  const char* caption;
-  const char* handler;
-};
-constexpr Planned kPlanned[] = {
-    {1, "Export Work Canvas to Hex", "ConvertdataTOHExButton"},
-    {1, "Export Selected Area to Data", "ExportanAreaoftheWorkCanvas1"},
-    {1, "Text Field Editor", "extField1"},
-    {1, "Rotated Text", "Rotatedtext1"},
-    {2, "Load Source Into Editor", "LoadSourceToolButton"},
-    {3, "Vectors to script", "AddvectorToolButton"},
-    {3, "Run Vector Script", "RunVectorsButton"},
-    {3, "Reload Last Vector Script", "ReloadRecentVecScriptButton"},
-    {3, "Export Canvas to Text Editor", "ExportToVectorsButton"},
-    {4, "Open Editable Font", "OpenEditableMenuButton"},
-    {4, "Font Script to Editable Font", "TranslateFontMenuButton"},
-    {4, "Reload Editable Font", "ReloadEFFMenuButton"},
-    {4, "Editable From Scratch", "FromScratchMenuButton"},
-    {4, "Export Font Script To Data", "ConvertFontMenuToolButton"},
-    {5, "Current Canvas As Background", "WorkCanvasAsBackground1"},
-    {5, "Export Regions To Data", "ConvertTouchToolButton"},
-    {6, "Run Batch", "RunBatchToolButton"},
-    {6, "Run Batch Multiple", "RunBatchonalldefinedfilesindefinedfolder1"},
-    {6, "List of all Batches", "ListAllBatchesGlowButton"},
-    {6, "Activate Current Batch", "ActivateBatchGlowButton"},
-    {6, "Create New Batch", "CreateNewBarchGlowButton"},
-    {6, "Edit Current Batch", "EditCurrentBatchGlowButton"},
-    {7, "Reload Recent Animation", "ReloadlastOpenedAnimationToolButton"},
-    {8, "Connectivity Settings", "SerialSetup1"},
-    {9, "Convert File to 256 colors", "Convertagraphicto256Colors1"},
-    {9, "Convert File to 4096 colors", "ConvertaGraphicasfileto4096colors1"},
-    {9, "Convert File to 65536 colors", "ConvertaGraphicFileto65536Colors1"},
-    {9, "Convert File to 262144 colors", "ConvertaGraphictothe262144ColorsPalette"},
-    {9, "Export RGB Palette to text file", "ExportPalettecolors3"},
-    {9, "Load A Custom Color Palette", "LoadColorPalette"},
-    {9, "Export RGB to Color Look Up table", "ExportColorPaletteAsArray3"},
-};
-
-/// Mode commands of the ribbon: page, caption, handler, the mode, and whether it enters.
-struct ModeCommand {
-  int page;
-  const char* caption;
-  const char* handler;
-  app::SpecialMode mode;
-  bool enters;
-};
-constexpr ModeCommand kModeCommands[] = {
-    {3, "Enter Vector Design Mode", "VectorDesignToolButton", app::SpecialMode::VectorDesign, true},
-    {3, "Exit Vector Mode", "ExitmenuButton", app::SpecialMode::VectorDesign, false},
-    {4, "Enter Font Script Mode", "EnterFontToolButton", app::SpecialMode::FontScript, true},
-    {4, "Exit Font Script Mode", "ExitmenuButton", app::SpecialMode::FontScript, false},
-    {5, "Enter Touch Panel Mode", "Createtouchpanelscript1", app::SpecialMode::TouchPanel, true},
-    {5, "Exit Touch Panel Mode", "ExitmenuButton", app::SpecialMode::TouchPanel, false},
-    {6, "Exit Batch Edition", "ExitmenuButton", app::SpecialMode::BatchEdition, false},
-    {7, "Enter Animation", "AnimationButton", app::SpecialMode::Animation, true},
-    {7, "Exit Animation Mode", "ExitmenuButton", app::SpecialMode::Animation, false},
-};
 
 /// Ribbon pages lay their commands out in two rows, column after column, so that the longest
 /// page still fits a 1280 pixel screen.
@@ -159,7 +89,9 @@ struct MainWindow::DesktopServices {
   platform::ProcessFileUse fileUse;
   EscapePoll escape;
   platform::SystemClock clock;
-  app::Services services{dialogs, folders, fileUse, escape, clock};
+  QtFilePicker filePicker;
+  QtTextPrompt textPrompt;
+  app::Services services{dialogs, folders, fileUse, escape, clock, filePicker, textPrompt};
 };
 
 MainWindow::MainWindow(Options options, QWidget* parent)
@@ -173,7 +105,11 @@ MainWindow::MainWindow(std::unique_ptr<DesktopServices> desktop, app::Services* 
     : QMainWindow(parent),
       desktop_(std::move(desktop)),
       services_(services ? *services : desktop_->services) {
-  if (desktop_) desktop_->dialogs.SetParent(this);
+  if (desktop_) {
+    desktop_->dialogs.SetParent(this);
+    desktop_->filePicker.SetParent(this);
+    desktop_->textPrompt.SetParent(this);
+  }
   setWindowTitle(Title());
   setObjectName(QStringLiteral("MainForm"));
 
@@ -270,12 +206,12 @@ MainWindow::MainWindow(std::unique_ptr<DesktopServices> desktop, app::Services* 
   }
 
   // The projects explorer shares the right side with the output settings.
-  auto* explorerDock = new QDockWidget(QStringLiteral("Projects Explorer"), this);
-  explorerDock->setObjectName(QStringLiteral("ExploForm"));
-  explorer_ = new Explorer(state_, services_, explorerDock);
-  explorerDock->setWidget(explorer_);
-  addDockWidget(Qt::RightDockWidgetArea, explorerDock);
-  tabifyDockWidget(settingsPanel_, explorerDock);
+  explorerDock_ = new QDockWidget(QStringLiteral("Projects Explorer"), this);
+  explorerDock_->setObjectName(QStringLiteral("ExploForm"));
+  explorer_ = new Explorer(state_, services_, explorerDock_);
+  explorerDock_->setWidget(explorer_);
+  addDockWidget(Qt::RightDockWidgetArea, explorerDock_);
+  tabifyDockWidget(settingsPanel_, explorerDock_);
   settingsPanel_->raise();
   connect(explorer_, &Explorer::loadRequested, this,
           [this](const QString& path, app::LoadDispatch dispatch) {
@@ -300,7 +236,6 @@ MainWindow::MainWindow(std::unique_ptr<DesktopServices> desktop, app::Services* 
   });
 
   BuildRibbonAndMenus();
-  windowsMenu_->addAction(explorerDock->toggleViewAction());
   connect(logWindow_, &QDockWidget::visibilityChanged, this, [this] { UpdateLogWindowCaption(); });
   UpdateLogWindowCaption();
   RestorePositions();
@@ -318,25 +253,66 @@ QString MainWindow::Title() { return QStringLiteral("Vantorelle" VT_VERSION_SUFF
 
 QString MainWindow::StatusText() const { return statusLabel_->text(); }
 
-QAction* MainWindow::Command(const QString& caption) const {
-  for (QAction* action : commands_) {
-    if (action->text() == caption) return action;
+QAction* MainWindow::Command(const QString& id) const {
+  for (const BuiltCommand& command : commands_) {
+    if (command.row.id == id) return command.action;
   }
   return nullptr;
 }
 
-QAction* MainWindow::AddCommand(const QString& caption, const char* handler,
-                                std::function<void()> work) {
-  auto* action = new QAction(caption, this);
-  action->setObjectName(QString::fromLatin1(handler));
-  if (work) {
-    connect(action, &QAction::triggered, this,
-            [this, caption, work = std::move(work)] { RunCommand(caption, work); });
-  } else {
-    action->setEnabled(false);
-    action->setToolTip(caption + QStringLiteral(" - ") + NotAvailableText());
+bool MainWindow::Trigger(const QString& id) {
+  QAction* action = Command(id);
+  if (!action || !action->isEnabled()) return false;
+  action->trigger();
+  return true;
+}
+
+QMenu* MainWindow::MenuAt(const QString& path) {
+  if (QMenu* menu = menus_.value(path)) return menu;
+  const qsizetype slash = path.lastIndexOf(QLatin1Char('/'));
+  QMenu* menu =
+      slash < 0 ? menuBar()->addMenu(path) : MenuAt(path.left(slash))->addMenu(path.mid(slash + 1));
+  menus_.insert(path, menu);
+  return menu;
+}
+
+QAction* MainWindow::MakeAction(const CommandRow& row, QHash<QString, QActionGroup*>& groups) {
+  if (row.opensMenu) {
+    const QString path =
+        row.menu.isEmpty() ? row.caption : row.menu + QLatin1Char('/') + row.caption;
+    if (row.separatorBefore && !menus_.contains(path)) MenuAt(row.menu)->addSeparator();
+    QMenu* menu = MenuAt(path);
+    if (row.fill) {
+      connect(menu, &QMenu::aboutToShow, this, [this, menu, fill = row.fill] {
+        menu->clear();
+        fill(*this, *menu);
+      });
+    }
+    return menu->menuAction();
   }
-  commands_ << action;
+  QAction* action = row.action ? row.action(*this) : new QAction(row.caption, this);
+  action->setText(row.caption);
+  if (!row.handler.isEmpty()) action->setObjectName(row.handler);
+  if (!row.shortcut.isEmpty()) action->setShortcut(row.shortcut);
+  if (!row.group.isEmpty()) {
+    QActionGroup*& group = groups[row.group];
+    if (!group) group = new QActionGroup(this);
+    action->setCheckable(true);
+    group->addAction(action);
+  }
+  if (row.checked) action->setChecked(row.checked(state_));
+  if (row.availability == Availability::NotYet) {
+    action->setEnabled(false);
+    action->setToolTip(row.caption + QStringLiteral(" - ") + NotAvailableText());
+  }
+  if (row.run && row.runsAlone) {
+    connect(action, &QAction::triggered, this, [this, run = row.run] { run(*this); });
+  } else if (row.run) {
+    // The caption the command has when it runs: the log window's changes with the window.
+    connect(action, &QAction::triggered, this, [this, action, run = row.run] {
+      RunCommand(action->text(), [this, &run] { run(*this); });
+    });
+  }
   return action;
 }
 
@@ -344,13 +320,13 @@ void MainWindow::BuildRibbonAndMenus() {
   ribbon_ = new QTabWidget;
   ribbon_->setObjectName(QStringLiteral("ToolBarPager"));
   ribbon_->setDocumentMode(true);
-  for (const char* page : kRibbonPages) {
+  for (const QString& page : RibbonPageCaptions()) {
     auto* widget = new QWidget;
     auto* grid = new QGridLayout(widget);
     grid->setContentsMargins(4, 2, 4, 2);
     grid->setSpacing(0);
     grid->setColumnStretch(64, 1);  // the commands keep to the left
-    ribbon_->addTab(widget, QString::fromLatin1(page));
+    ribbon_->addTab(widget, page);
   }
   // The shared file list: recent files, or the files of the page's own kind once those tools
   // exist. Its caption follows the page (ToolBarPagerChange).
@@ -385,211 +361,46 @@ void MainWindow::BuildRibbonAndMenus() {
   ribbonBar->setMovable(false);
   ribbonBar->addWidget(ribbon_);
   addToolBar(Qt::TopToolBarArea, ribbonBar);
-  const auto onPage = [this](int page, QAction* action) {
-    AddToRibbonPage(ribbon_->widget(page), action);
-    return action;
-  };
 
-  // Windows
-  hideLogWindowAction_ = AddCommand(kHideLogWindow, "HideLogWindow1", nullptr);
-  hideLogWindowAction_->setEnabled(true);
-  hideLogWindowAction_->setToolTip(QString());
-  connect(hideLogWindowAction_, &QAction::triggered, this, [this] { HideLogWindow1Click(); });
-  onPage(0, hideLogWindowAction_);
-  QAction* zoomIn = onPage(0, AddCommand(QStringLiteral("Zoom In"), "ZoomIn", [this] {
-                             canvasView_->SetZoom(canvasView_->Zoom() * 2);
-                           }));
-  QAction* zoomOut = onPage(0, AddCommand(QStringLiteral("Zoom Out"), "ZoomOut", [this] {
-                              canvasView_->SetZoom(canvasView_->Zoom() / 2);
-                            }));
-  QAction* grid = onPage(0, AddCommand(QStringLiteral("Pixel Grid"), "PixelGrid", [this] {
-                           canvasView_->SetGridVisible(!canvasView_->GridVisible());
-                         }));
-  zoomIn->setShortcut(QKeySequence::ZoomIn);
-  zoomOut->setShortcut(QKeySequence::ZoomOut);
-  QAction* panel = onPage(0, settingsPanel_->toggleViewAction());
-  panel->setText(QStringLiteral("Output Settings"));
-  QAction* saveLog = onPage(0, AddCommand(QStringLiteral("Save Log to File"), "SaveLogtoFile1",
-                                          [this] { logWindow_->SaveLogtoFile1Click(); }));
-  connect(logWindow_->SaveLogAction(), &QAction::triggered, saveLog, &QAction::trigger);
-
-  // GLCD Graphic
-  QAction* exportData =
-      onPage(1, AddCommand(QStringLiteral("Export Work Canvas to Data"), "ConvertToDataToolButton",
-                           [this] { ConvertToDataToolButtonClick(); }));
-  QAction* load =
-      onPage(1, AddCommand(QStringLiteral("Load Graphic Dialog"), "LoadGraphicToolButton",
-                           [this] { LoadGraphicToolButtonClick(); }));
-  QAction* reload =
-      onPage(1, AddCommand(QStringLiteral("Reload Last Canvas File"), "ReloadLastCanvasButton",
-                           [this] { app::ReloadLastCanvasButtonClick(state_, services_); }));
-  QAction* preview = onPage(
-      1, AddCommand(QStringLiteral("Load Graphic with Preview"), "LoadGraphicPreviewGlowButton",
-                    [this] { LoadGraphicPreviewGlowButtonClick(); }));
-  QAction* artwork =
-      onPage(1, AddCommand(QStringLiteral("Define Artwork Name"), "DefineArtworkToolbutton",
-                           [this] { DefineArtworkToolbuttonClick(); }));
-  for (const ModeCommand& m : kModeCommands) {
-    const app::SpecialMode mode = m.mode;
-    onPage(m.page, AddCommand(QString::fromLatin1(m.caption), m.handler,
-                              m.enters ? std::function<void()>([this, mode] {
-                                if (app::Info(mode).toggle) {
-                                  app::ToggleMode(state_, services_, mode);
-                                } else {
-                                  app::EnterMode(state_, services_, mode);
-                                }
-                              })
-                                       : std::function<void()>([this] {
-                                           app::ExitmenuButtonClick(state_, services_);
-                                         })));
-  }
-  for (const Planned& p : kPlanned) {
-    onPage(p.page, AddCommand(QString::fromLatin1(p.caption), p.handler, nullptr));
-  }
-
-  // The main menu.
-  QMenu* file = menuBar()->addMenu(QStringLiteral("&File"));
-  file->addAction(load);
-  file->addAction(reload);
-  file->addAction(preview);
-  file->addAction(artwork);
-  file->addAction(exportData);
-  QMenu* recent = file->addMenu(QStringLiteral("Recent Files"));
-  connect(recent, &QMenu::aboutToShow, this, [this, recent] {
-    recent->clear();
-    for (const QString& item : app::UpdateMRUFs(state_)) {
-      connect(recent->addAction(item), &QAction::triggered, this, [this, item] {
-        RunCommand(QStringLiteral("Recent combo click"), [this, item] { MRUFClick(item); });
-      });
+  // The commands, each into its menu, onto its ribbon page and its tool bar.
+  QHash<QString, QActionGroup*> groups;
+  std::vector<QList<QAction*>> pages(ribbon_->count());
+  std::vector<qsizetype> leaders(ribbon_->count(), 0);
+  for (const CommandRow& row : CommandTable()) {
+    QAction* action = MakeAction(row, groups);
+    commands_.push_back({row, action});
+    if (!row.menu.isEmpty() && !row.opensMenu) {
+      QMenu* menu = MenuAt(row.menu);
+      if (row.separatorBefore) menu->addSeparator();
+      menu->addAction(action);
     }
-  });
-  file->addSeparator();
-  file->addAction(saveLog);
-  file->addSeparator();
-  QAction* exit = file->addAction(QStringLiteral("E&xit"));
-  exit->setObjectName(QStringLiteral("FileExit1"));
-  connect(exit, &QAction::triggered, this, [this] {
-    bool ends = false;
-    RunAtTop(state_, services_.dialogs,
-             [this, &ends] { ends = app::FileExit1Execute(state_, services_); });
-    Refresh();
-    if (ends) {
-      shutDown_ = true;
-      close();
+    if (row.page) {
+      const auto page = static_cast<std::size_t>(*row.page);
+      pages[page].insert(row.leadsPage ? leaders[page]++ : pages[page].size(), action);
     }
-  });
+    if (row.toolBar) {
+      canvasToolBar_->addAction(action);
+      if (row.opensMenu) {
+        if (auto* button = qobject_cast<QToolButton*>(canvasToolBar_->widgetForAction(action))) {
+          button->setPopupMode(QToolButton::InstantPopup);
+        }
+      } else {
+        addAction(action);  // its shortcut works while the threshold tool hides the tool bar
+      }
+    }
+  }
+  for (std::size_t page = 0; page < pages.size(); ++page) {
+    for (QAction* action : pages[page]) AddToRibbonPage(ribbon_->widget(int(page)), action);
+  }
+  hideLogWindowAction_ = Command(QStringLiteral("windows.logWindow"));
+  connect(logWindow_->SaveLogAction(), &QAction::triggered, Command(QStringLiteral("file.saveLog")),
+          &QAction::trigger);
 
-  QMenu* output = menuBar()->addMenu(QStringLiteral("&Output+Settings"));
-  QMenu* modes = output->addMenu(QStringLiteral("Pixel Mode"));
-  for (const settings::PixelModeInfo& info : settings::PixelModeTable()) {
-    const settings::PixelMode mode = info.mode;
-    QAction* action =
-        AddCommand(QString::fromLatin1(info.menuCaption), "PixelModeMenu",
-                   [this, mode] { app::PixelModeMenuClick(state_, services_, mode); });
-    modes->addAction(action);
-    pixelModeActions_ << action;
-  }
-  QMenu* widths = output->addMenu(QStringLiteral("Output Format"));
-  const struct {
-    const char* caption;
-    const char* handler;
-    convert::WordWidthChoice width;
-  } widthCommands[] = {{"8 bits format", "N8bitformat", convert::WordWidthChoice::Bits8},
-                       {"16 bits format", "N16bitformat", convert::WordWidthChoice::Bits16},
-                       {"32 bits format", "N32bitformat", convert::WordWidthChoice::Bits32},
-                       {"Binary file output", "HexOutput1", convert::WordWidthChoice::Binary},
-                       {"Intel Hex output", "IntelHexOutput", convert::WordWidthChoice::IntelHex}};
-  for (const auto& w : widthCommands) {
-    const convert::WordWidthChoice width = w.width;
-    widths->addAction(AddCommand(QString::fromLatin1(w.caption), w.handler, [this, width] {
-      app::SelectOutputWidth(state_, services_, width);
-    }));
-  }
-  for (const bool msbFirst : {true, false}) {
-    output->addAction(
-        AddCommand(settings::BitOrderCaption(msbFirst),
-                   msbFirst ? "MostSignificantBitLeft" : "MostSignificantBitRight",
-                   [this, msbFirst] { app::SelectBitOrder(state_, services_, msbFirst); }));
-  }
-  output->addSeparator();
-  output->addAction(panel);
-  output->addAction(AddCommand(QStringLiteral("Exit Special Mode"), "ExitSpecialMode1",
-                               [this] { app::ExitSpecialMode1Click(state_, services_); }));
-
-  // The canvas tool bar; its shortcuts work while the threshold tool stands in its place.
-  QAction* paste = AddCommand(QStringLiteral("Paste Selection"), "PasteButton", [this] {
-    app::DoPaste(state_, services_, app::BlackWhiteConversions(state_));
-  });
-  paste->setShortcut(QKeySequence::Paste);
-  QAction* undo =
-      AddCommand(QStringLiteral("Undo"), "UndoButton", [this] { app::UndoButtonClick(state_); });
-  undo->setShortcut(QKeySequence::Undo);
-  QAction* redo =
-      AddCommand(QStringLiteral("Redo"), "RedoButton", [this] { app::RedoButtonClick(state_); });
-  redo->setShortcut(QKeySequence::Redo);
-  canvasToolBar_->addActions({paste, undo, redo});
-  addActions({paste, undo, redo});
-  QMenu* dithering = BuildDitheringMenu();
-  menuBar()->addMenu(dithering);
-  canvasToolBar_->addAction(dithering->menuAction());
-  if (auto* button =
-          qobject_cast<QToolButton*>(canvasToolBar_->widgetForAction(dithering->menuAction()))) {
-    button->setPopupMode(QToolButton::InstantPopup);
-  }
   auto* escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
   connect(escape, &QShortcut::activated, this, [this] {
     RunAtTop(state_, services_.dialogs, [this] { app::EscapeSelection(state_); });
     Refresh();
   });
-
-  QMenu* windows = menuBar()->addMenu(QStringLiteral("&Windows"));
-  windowsMenu_ = windows;
-  for (QAction* a : {hideLogWindowAction_, zoomIn, zoomOut, grid}) windows->addAction(a);
-}
-
-QMenu* MainWindow::BuildDitheringMenu() {
-  auto* menu = new QMenu(QStringLiteral("&Dithering"), this);
-  const struct {
-    canvas::DitherMethod method;
-    const char* handler;
-  } methods[] = {{canvas::DitherMethod::FloydSteinberg, "FloydSteinberg"},
-                 {canvas::DitherMethod::Nearest, "Nearest"},
-                 {canvas::DitherMethod::Stucki, "Stucki"},
-                 {canvas::DitherMethod::Sierra, "Sierra"},
-                 {canvas::DitherMethod::JaJuNi, "JaJuNi"},
-                 {canvas::DitherMethod::SteveArche, "SteveArche"},
-                 {canvas::DitherMethod::Burkes, "Burkes"}};
-  auto* methodGroup = new QActionGroup(menu);
-  for (const auto& m : methods) {
-    const canvas::DitherMethod method = m.method;
-    QAction* action = AddCommand(canvas::DitherMethodCaption(method), m.handler,
-                                 [this, method] { state_.blackWhite.Dither.method = method; });
-    action->setCheckable(true);
-    action->setChecked(state_.blackWhite.Dither.method == method);
-    methodGroup->addAction(action);
-    menu->addAction(action);
-  }
-  menu->addSeparator();
-  auto* reductionGroup = new QActionGroup(menu);
-  for (const auto& [reduction, handler] :
-       {std::pair{canvas::DitherReduction::Monochrome, "MonochromeColorReduction"},
-        std::pair{canvas::DitherReduction::GrayScale, "GrayscaleColorReduction"}}) {
-    const canvas::DitherReduction chosen = reduction;
-    QAction* action = AddCommand(canvas::DitherReductionCaption(chosen), handler,
-                                 [this, chosen] { state_.blackWhite.Dither.reduction = chosen; });
-    action->setCheckable(true);
-    action->setChecked(state_.blackWhite.Dither.reduction == chosen);
-    reductionGroup->addAction(action);
-    menu->addAction(action);
-  }
-  menu->addSeparator();
-  menu->addAction(AddCommand(QStringLiteral("Perform Dithering"),
-                             "PerformDitheringParametersbelow1",
-                             [this] { app::PerformDithering(state_, services_); }));
-  menu->addAction(AddCommand(QStringLiteral("Convert Work Canvas to Black and White by Dithering"),
-                             "ConvertWorkCanvastoBlackandWhitebyDithering1",
-                             [this] { app::DitherWorkCanvas(state_, services_); }));
-  return menu;
 }
 
 void MainWindow::InstallShellHooks() {
@@ -636,11 +447,28 @@ void MainWindow::Terminate() {
   QCoreApplication::exit(1);
 }
 
+void MainWindow::FileExit1Click() {
+  bool ends = false;
+  RunAtTop(state_, services_.dialogs,
+           [this, &ends] { ends = app::FileExit1Execute(state_, services_); });
+  Refresh();
+  if (ends) {
+    shutDown_ = true;
+    close();
+  }
+}
+
+void MainWindow::FillRecentFilesMenu(QMenu& menu) {
+  for (const QString& item : app::UpdateMRUFs(state_)) {
+    connect(menu.addAction(item), &QAction::triggered, this, [this, item] {
+      RunCommand(QStringLiteral("Recent combo click"), [this, item] { MRUFClick(item); });
+    });
+  }
+}
+
 void MainWindow::HideLogWindow1Click() {
-  RunCommand(hideLogWindowAction_->text(), [this] {
-    logWindow_->setVisible(logWindow_->isHidden());
-    UpdateLogWindowCaption();
-  });
+  logWindow_->setVisible(logWindow_->isHidden());
+  UpdateLogWindowCaption();
 }
 
 void MainWindow::UpdateLogWindowCaption() {
@@ -648,10 +476,10 @@ void MainWindow::UpdateLogWindowCaption() {
 }
 
 void MainWindow::LoadGraphicToolButtonClick() {
-  const QString path = QFileDialog::getOpenFileName(
-      this, QStringLiteral("Load Graphic"), services_.folders.Pictures(),
-      QStringLiteral("Pictures (*.bmp *.png *.jpg *.jpeg *.gif *.tif *.tiff *.ico *.svg)"));
-  if (!path.isEmpty()) LoadPicture(path);
+  const std::optional<QString> path = services_.filePicker.OpenFile(
+      QStringLiteral("Load Graphic"), services_.folders.Pictures(),
+      {QStringLiteral("Pictures (*.bmp *.png *.jpg *.jpeg *.gif *.tif *.tiff *.ico *.svg)")});
+  if (path) LoadPicture(*path);
 }
 
 void MainWindow::LoadPicture(const QString& path) {
@@ -686,12 +514,11 @@ void MainWindow::MRUFClick(const QString& item) {
 }
 
 void MainWindow::DefineArtworkToolbuttonClick() {
-  bool ok = false;
-  const QString name = QInputDialog::getText(this, QStringLiteral("Define Artwork Name"),
-                                             QStringLiteral("Artwork name"), QLineEdit::Normal,
-                                             state_.settings.output.nbmfn, &ok);
-  if (!ok || name.trimmed().isEmpty()) return;
-  state_.settings.output.nbmfn = name.trimmed();
+  const std::optional<QString> name =
+      services_.textPrompt.Ask({QStringLiteral("Define Artwork Name"),
+                                QStringLiteral("Artwork name"), state_.settings.output.nbmfn});
+  if (!name || name->trimmed().isEmpty()) return;
+  state_.settings.output.nbmfn = name->trimmed();
   app::defineOutputFileName(state_);  // UpdateOutputFilename
 }
 
@@ -709,6 +536,11 @@ std::unique_ptr<ExportDialog> MainWindow::MakeExportDialog() {
 void MainWindow::ConvertToDataToolButtonClick() {
   // No mode gate here: the driver turns the command into a font or touch conversion itself.
   std::unique_ptr<ExportDialog> dialog = MakeExportDialog();
+  if (exportDialogShown) {
+    QTimer::singleShot(0, dialog.get(), [this, shown = dialog.get()] {
+      if (exportDialogShown) exportDialogShown(*shown);
+    });
+  }
   const bool confirmed = dialog->exec() == QDialog::Accepted;
   state_.settings.layout.EXLE = dialog->x();
   state_.settings.layout.EXTO = dialog->y();
@@ -767,7 +599,14 @@ void MainWindow::Refresh() {
   const auto mode = app::ActiveMode(state_.modes);
   modeLabel_->setText(mode ? QString::fromLatin1(app::Info(*mode).name) + QStringLiteral(" Mode")
                            : app::kNormalModeText);
-  for (QAction* action : pixelModeActions_) action->setEnabled(!state_.modes.ModeChangeDisabled);
+  for (const BuiltCommand& command : commands_) {
+    if (command.row.availability == Availability::WhilePixelModeMayChange) {
+      command.action->setEnabled(!state_.modes.ModeChangeDisabled);
+    }
+    if (command.row.checked && command.action->isChecked() != command.row.checked(state_)) {
+      command.action->setChecked(!command.action->isChecked());
+    }
+  }
   editors_->SetScriptTabName(state_.ThirdEditorTabName);
   if (!state_.modes.ExportRunning && editors_->Source()->document()->isEmpty()) {
     editors_->setTabText(0, state_.files.SourceFileName);

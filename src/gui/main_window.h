@@ -1,14 +1,19 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QHash>
 #include <QMainWindow>
 #include <functional>
 #include <memory>
+#include <vector>
 
 #include "app/export_driver.h"
 #include "app/state.h"
+#include "gui/commands.h"
 
 class QAction;
+class QActionGroup;
+class QDockWidget;
 class QLabel;
 class QMenu;
 class QProgressBar;
@@ -33,8 +38,9 @@ class LogWindow;
 class SettingsPanel;
 class ThresholdTool;
 
-/// The main window: the ribbon of ten pages and the main menu, the Work Canvas, the text and
-/// hex editors, the output settings panel, the log docked below and the status bar. It owns the
+/// The main window: the ribbon of ten pages and the main menu (both built from the command
+/// table, CommandTable()), the Work Canvas, the text and hex editors, the output settings panel,
+/// the log docked below and the status bar. It owns the
 /// application state of its run and starts and ends the run. Commands live in the core; the
 /// window only calls them and refreshes its views afterwards.
 class MainWindow final : public QMainWindow {
@@ -59,16 +65,23 @@ class MainWindow final : public QMainWindow {
   static QString NotAvailableText() { return QStringLiteral("Not available yet"); }
 
   app::AppState& State() { return state_; }
+  app::Services& Services() { return services_; }
   LogWindow* LogWindowForm() const { return logWindow_; }
   CanvasView* Canvas() const { return canvasView_; }
   EditorTabs* Editors() const { return editors_; }
   SettingsPanel* Settings() const { return settingsPanel_; }
   Explorer* ProjectsExplorer() const { return explorer_; }
+  /// The dock holding the projects explorer.
+  QDockWidget* ExplorerDock() const { return explorerDock_; }
   QTabWidget* Ribbon() const { return ribbon_; }
   /// Windows > Hide Log Window / Show Log Window.
   QAction* HideLogWindowAction() const { return hideLogWindowAction_; }
-  /// The ribbon or menu command of that caption; null when there is none.
-  QAction* Command(const QString& caption) const;
+  /// The action of the command `id` of the command table, as the ribbon, the menus and the
+  /// canvas tool bar show it; null when there is none.
+  QAction* Command(const QString& id) const;
+  /// Triggers the command `id` as a click on its menu item or button does. False when there is
+  /// no such command or it is greyed.
+  bool Trigger(const QString& id);
   /// The status bar text: the last status the log was given.
   QString StatusText() const;
   /// True once the run has ended: ShutDown ran (only ever once), or a failure terminated it.
@@ -89,9 +102,23 @@ class MainWindow final : public QMainWindow {
   /// "Load Graphic with Preview": the preview dialog, then its import. `dialogShown` lets a
   /// caller look at or drive the dialog while it is up.
   void LoadGraphicPreviewGlowButtonClick();
+  /// "Load Graphic Dialog": a picture file chosen by the user, loaded.
+  void LoadGraphicToolButtonClick();
+  /// "Define Artwork Name": the name of the artwork and of the output, asked of the user.
+  void DefineArtworkToolbuttonClick();
+  /// "Export Work Canvas to Data": the export dialog, then the export.
+  void ConvertToDataToolButtonClick();
+  /// Windows > Hide Log Window / Show Log Window.
+  void HideLogWindow1Click();
+  /// File > Exit: the stop sequence; the window closes when it lets the run end.
+  void FileExit1Click();
+  /// File > Recent Files, as it opens: one item per recent file, each opening its file.
+  void FillRecentFilesMenu(QMenu& menu);
   std::function<void(GraphicPreviewDialog&)> dialogShown;
   /// The export dialog as the next export would open it.
   std::unique_ptr<ExportDialog> MakeExportDialog();
+  /// Lets a caller look at or drive the export dialog while it is up.
+  std::function<void(ExportDialog&)> exportDialogShown;
 
   /// The export after its dialog: the driver with `request`, progress and Escape while it
   /// walks, then the text in the source editor under the output name.
@@ -112,9 +139,17 @@ class MainWindow final : public QMainWindow {
   MainWindow(std::unique_ptr<DesktopServices> desktop, app::Services* services, Options options,
              QWidget* parent);
 
+  /// A command of the table and its action.
+  struct BuiltCommand {
+    CommandRow row;
+    QAction* action = nullptr;
+  };
+
   void BuildRibbonAndMenus();
-  QMenu* BuildDitheringMenu();
-  QAction* AddCommand(const QString& caption, const char* handler, std::function<void()> work);
+  /// The action of `row`, ready but not yet placed.
+  QAction* MakeAction(const CommandRow& row, QHash<QString, QActionGroup*>& groups);
+  /// The menu at `path` ("&File", "&Output+Settings/Pixel Mode"), made on first use.
+  QMenu* MenuAt(const QString& path);
   void InstallShellHooks();
   void RestorePositions();
   /// Runs a command: its caption goes to the log first, what it throws goes to the exception
@@ -122,14 +157,10 @@ class MainWindow final : public QMainWindow {
   void RunCommand(const QString& caption, const std::function<void()>& command);
 
   void Terminate();
-  void HideLogWindow1Click();
   void UpdateLogWindowCaption();
   void RefreshText();
-  void LoadGraphicToolButtonClick();
-  void DefineArtworkToolbuttonClick();
   /// A recent file ("&1 path"): pictures load into the canvas.
   void MRUFClick(const QString& item);
-  void ConvertToDataToolButtonClick();
 
   std::unique_ptr<DesktopServices> desktop_;
   app::Services& services_;
@@ -149,11 +180,11 @@ class MainWindow final : public QMainWindow {
   EditorTabs* editors_ = nullptr;
   SettingsPanel* settingsPanel_ = nullptr;
   Explorer* explorer_ = nullptr;
-  QMenu* windowsMenu_ = nullptr;
+  QDockWidget* explorerDock_ = nullptr;
+  QHash<QString, QMenu*> menus_;
   LogWindow* logWindow_ = nullptr;
   QAction* hideLogWindowAction_ = nullptr;
-  QList<QAction*> pixelModeActions_;
-  QList<QAction*> commands_;
+  std::vector<BuiltCommand> commands_;
   QLabel* statusLabel_ = nullptr;
   QLabel* modeLabel_ = nullptr;
   QLabel* sizeLabel_ = nullptr;

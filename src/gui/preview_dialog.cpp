@@ -5,7 +5,6 @@
 #include <QCheckBox>
 #include <QDialogButtonBox>
 #include <QDir>
-#include <QFileDialog>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -22,6 +21,7 @@
 #include "app/graphic_import.h"
 #include "canvas/dithering.h"
 #include "canvas/graphic_loading.h"
+#include "platform/file_picker.h"
 
 namespace vt::gui {
 namespace {
@@ -135,15 +135,15 @@ GraphicPreviewDialog::GraphicPreviewDialog(app::AppState& state, app::Services& 
   connect(files_, &QListWidget::currentItemChanged, this, [this](QListWidgetItem* item) {
     if (item) OpenFile(item->data(Qt::UserRole).toString());
   });
-  auto* browse = new QPushButton(QStringLiteral("Browse..."), this);
-  connect(browse, &QPushButton::clicked, this, [this] {
-    const QString path = QFileDialog::getOpenFileName(
-        this, windowTitle(), state_.settings.folder.BFP,
-        QStringLiteral("Pictures (*.bmp *.png *.jpg *.jpeg *.gif *.tif *.tiff *.ico *.svg)"));
-    if (!path.isEmpty()) OpenFile(path);
+  browse_ = new QPushButton(QStringLiteral("Browse..."), this);
+  connect(browse_, &QPushButton::clicked, this, [this] {
+    const std::optional<QString> path = services_.filePicker.OpenFile(
+        windowTitle(), state_.settings.folder.BFP,
+        {QStringLiteral("Pictures (*.bmp *.png *.jpg *.jpeg *.gif *.tif *.tiff *.ico *.svg)")});
+    if (path) OpenFile(*path);
   });
   left->addWidget(files_, 1);
-  left->addWidget(browse);
+  left->addWidget(browse_);
   layout->addLayout(left);
 
   auto* middle = new QVBoxLayout;

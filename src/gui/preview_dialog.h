@@ -68,6 +68,8 @@ class GraphicPreviewDialog final : public QDialog {
 
   QListWidget* Files() const { return files_; }
   PreviewPane* Pane() const { return pane_; }
+  /// "Browse...": a picture from any folder.
+  QPushButton* BrowseButton() const { return browse_; }
   QPushButton* SelectAreaButton() const { return selectArea_; }
   QPushButton* ResizeButton() const { return resize_; }
   QPushButton* ImportButton() const { return import_; }
@@ -87,6 +89,7 @@ class GraphicPreviewDialog final : public QDialog {
   canvas::GraphicPreview preview_;
   QListWidget* files_ = nullptr;
   PreviewPane* pane_ = nullptr;
+  QPushButton* browse_ = nullptr;
   QPushButton* selectArea_ = nullptr;
   QPushButton* resize_ = nullptr;
   QPushButton* import_ = nullptr;

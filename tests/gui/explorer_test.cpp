@@ -109,5 +109,30 @@ TEST_F(ExplorerTest, TheFileListShowsTypesFollowsTheDiskAndDispatchesLoads) {
   EXPECT_EQ(QFileInfo(requested).fileName(), QStringLiteral("a.png"));
 }
 
+// Without a name the command asks for one; a cancel or an empty line creates nothing.
+TEST_F(ExplorerTest, CreateProjectAsksForTheNameOfTheNewProject) {
+  Explorer explorer(state, t.services);
+  const QString folder = QFileInfo(app::CurrentSettingsFile(state)).absolutePath();
+  const struct {
+    std::optional<QString> typed;
+    int projects;
+  } cases[] = {{std::nullopt, 1}, {QString(), 1}, {QStringLiteral("Bench"), 2}};
+  for (const auto& c : cases) {
+    if (c.typed) {
+      t.textPrompt.Type(*c.typed);
+    } else {
+      t.textPrompt.Cancel();
+    }
+    explorer.CreateProject();
+    EXPECT_EQ(explorer.Projects()->count(), c.projects)
+        << c.typed.value_or("(cancel)").toStdString();
+  }
+  EXPECT_TRUE(QFileInfo::exists(folder + QStringLiteral("/Bench.LCD")));
+  ASSERT_EQ(t.textPrompt.requests.size(), 3);
+  EXPECT_EQ(t.textPrompt.requests[0].caption, QStringLiteral("Create New Project"));
+  EXPECT_EQ(t.textPrompt.requests[0].label, QStringLiteral("Project name :"));
+  EXPECT_EQ(t.textPrompt.requests[0].defaultText, QString());
+}
+
 }  // namespace
 }  // namespace vt::gui

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
+#include <QFileInfo>
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPushButton>
@@ -92,14 +93,14 @@ TEST_F(LoadTest, AGrayLoadIsReducedWithTheMenusMethodAndPasted) {
   MainWindow window(platform.services, {});
   app::SetDisplaySize(window.State(), 8, 8);
   ASSERT_TRUE(app::SelectPixelMode(window.State(), platform.services, settings::PixelMode::Gray4));
-  window.Command(QStringLiteral("Nearest"))->trigger();
+  window.Command(QStringLiteral("dithering.method.nearest"))->trigger();
   const QList<int> reduced = {0x00, 0x55, 0x55, 0xAA, 0xAA, 0xFF};
   platform.dialogs.Answer(Answer::Ok);  // Reduce
   window.LoadPicture(Grays({0x00, 0x30, 0x60, 0x90, 0xC0, 0xFF}));
   EXPECT_FALSE(platform.dialogs.shown.isEmpty());
   EXPECT_EQ(Row(window.State().canvas.Selection().Layer()), reduced);
   EXPECT_FALSE(window.ThresholdToolShown());
-  window.Command(QStringLiteral("Paste Selection"))->trigger();
+  window.Command(QStringLiteral("canvas.paste"))->trigger();
   EXPECT_EQ(Row(window.State().canvas.Bitmap()).mid(0, 6), reduced);
 }
 
@@ -136,10 +137,53 @@ TEST_F(LoadTest, ThePreviewTakesTheAreaDrawnAndMovedWithTheMouse) {
     dialog.ImportAngleBox()->setValue(180);  // the area comes in upside down
     dialog.ImportButton()->click();
   };
-  window.Command(QStringLiteral("Load Graphic with Preview"))->trigger();
+  window.Command(QStringLiteral("file.loadGraphicPreview"))->trigger();
   EXPECT_EQ(Row(window.State().canvas.Selection().Layer()), (QList<int>{200, 160}));
   EXPECT_EQ(window.State().ImportAngle, 180);
   EXPECT_TRUE(window.State().log.Lines().contains(QStringLiteral("Select Area in Preview Button")));
+  EXPECT_TRUE(platform.dialogs.shown.isEmpty());
+}
+
+// Both ask for a picture file: the load command in the pictures folder, the preview's Browse
+// in the graphics folder. A cancel loads nothing; a chosen file is loaded or previewed.
+TEST_F(LoadTest, TheLoadDialogAndThePreviewsBrowseLoadThePictureChosen) {
+  MainWindow window(platform.services, {});
+  app::SetDisplaySize(window.State(), 8, 1);
+  const QString path = Grays({0, 0, 0, 0, 255, 255, 255, 255});
+  const QStringList pictures = {
+      QStringLiteral("Pictures (*.bmp *.png *.jpg *.jpeg *.gif *.tif *.tiff *.ico *.svg)")};
+  platform.filePicker.Cancel();
+  platform.filePicker.Choose(path);
+  QAction* load = window.Command(QStringLiteral("file.loadGraphic"));
+  ASSERT_NE(load, nullptr);
+  load->trigger();
+  EXPECT_FALSE(window.State().canvas.Selection().IsFloating());
+  load->trigger();
+  EXPECT_EQ(window.State().canvas.Selection().Layer().size(), QSize(8, 1));
+  EXPECT_EQ(window.State().files.LastCanvasFile, QFileInfo(path).absoluteFilePath());
+  ASSERT_EQ(platform.filePicker.requests.size(), 2);
+  for (const platform::FileRequest& asked : platform.filePicker.requests) {
+    EXPECT_EQ(asked.kind, platform::PickKind::OpenFile);
+    EXPECT_EQ(asked.caption, QStringLiteral("Load Graphic"));
+    EXPECT_EQ(asked.folder, platform.folders.Pictures());
+    EXPECT_EQ(asked.filters, pictures);
+  }
+
+  window.Threshold()->PasteButton()->click();
+  platform.filePicker.requests.clear();
+  platform.filePicker.Choose(path);
+  QSize previewed;
+  window.dialogShown = [&](GraphicPreviewDialog& dialog) {
+    dialog.BrowseButton()->click();
+    previewed = dialog.Preview().Picture().size();
+    dialog.reject();
+  };
+  window.LoadGraphicPreviewGlowButtonClick();
+  EXPECT_EQ(previewed, QSize(8, 1));
+  ASSERT_EQ(platform.filePicker.requests.size(), 1);
+  EXPECT_EQ(platform.filePicker.requests[0].caption, QStringLiteral("Load Graphic with Preview"));
+  EXPECT_EQ(platform.filePicker.requests[0].folder, window.State().settings.folder.BFP);
+  EXPECT_EQ(platform.filePicker.requests[0].filters, pictures);
   EXPECT_TRUE(platform.dialogs.shown.isEmpty());
 }
 

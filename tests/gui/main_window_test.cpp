@@ -6,7 +6,6 @@
 #include <QAction>
 #include <QDir>
 #include <QFile>
-#include <QFileDialog>
 #include <QPlainTextEdit>
 
 #include "gui/canvas_view.h"
@@ -77,27 +76,32 @@ TEST_F(MainWindowTest, TheLogWindowToggleFollowsWhateverHidOrShowedTheLogWindow)
   }
 }
 
+// The command asks for a file in the init folder, "L.LOG" proposed; a cancel saves and says
+// nothing, a chosen file gets the log and a message.
 TEST_F(MainWindowTest, SaveLogToFileIsACommandThatLogsItsCaptionAndAsksForAFile) {
   MainWindow window(platform.services, {});
-  window.show();
-  Settle();
-  bool asked = false;
-  QTimer cancelFileDialog;
-  cancelFileDialog.setInterval(5);
-  QObject::connect(&cancelFileDialog, &QTimer::timeout, [&] {
-    if (auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget())) {
-      asked = true;
-      cancelFileDialog.stop();
-      dialog->reject();
-    }
-  });
-  cancelFileDialog.start();
+  const QString chosen = platform.folders.Path("chosen.log");
+  platform.filePicker.Cancel();
+  platform.filePicker.Choose(chosen);
 
   window.LogWindowForm()->SaveLogAction()->trigger();
-  EXPECT_TRUE(asked);
+  ASSERT_EQ(platform.filePicker.requests.size(), 1);
+  const platform::FileRequest& asked = platform.filePicker.requests[0];
+  EXPECT_EQ(asked.kind, platform::PickKind::SaveFile);
+  EXPECT_EQ(asked.caption, "Save Log to File");
+  EXPECT_EQ(asked.folder, window.State().files.InitFolder);
+  EXPECT_EQ(asked.fileName, "L.LOG");
+  EXPECT_EQ(asked.filters, (QStringList{"Log files (*.LOG *.log)", "All files (*)"}));
   EXPECT_EQ(window.State().log.Lines().last(), "Save Log to File");
   EXPECT_TRUE(platform.dialogs.shown.isEmpty());  // cancelled: nothing saved, nothing said
+  EXPECT_FALSE(QFile::exists(chosen));
   EXPECT_EQ(window.LogWindowForm()->ShownText(), Shown(window.State().log));
+
+  window.LogWindowForm()->SaveLogAction()->trigger();
+  EXPECT_EQ(platform.filePicker.requests.size(), 2);
+  EXPECT_TRUE(QString::fromUtf8(test::ReadAll(chosen)).contains("Save Log to File"));
+  ASSERT_EQ(platform.dialogs.shown.size(), 1);
+  EXPECT_EQ(platform.dialogs.shown[0].caption, "Log file saved!");
 }
 
 TEST_F(MainWindowTest, TheLogWindowMirrorsTheLogThroughAppendsFoldsClearsAndSaves) {
@@ -143,6 +147,41 @@ TEST_F(MainWindowTest, TheLogWindowMirrorsTheLogThroughAppendsFoldsClearsAndSave
   ASSERT_EQ(platform.dialogs.shown.size(), 2);
   EXPECT_EQ(platform.dialogs.shown[1].type, platform::DialogType::Error);
   EXPECT_TRUE(platform.dialogs.shown[1].text.contains(QDir::toNativeSeparators(missing)));
+}
+
+// The prompt starts from the name in use; what the user confirms is trimmed and names the
+// output, while a cancel or a blank line keeps the name.
+TEST_F(MainWindowTest, DefineArtworkNameAsksForTheNameAndRenamesTheOutput) {
+  MainWindow window(platform.services, {});
+  QAction* define = window.Command(QStringLiteral("file.defineArtworkName"));
+  ASSERT_NE(define, nullptr);
+  const struct {
+    std::optional<QString> typed;
+    QString name;
+    QString source;
+  } cases[] = {
+      {std::nullopt, "NewBitmap.bmp", "NewBitmap.h"},
+      {QStringLiteral("   "), "NewBitmap.bmp", "NewBitmap.h"},
+      {QStringLiteral("  panel.bmp "), "panel.bmp", "panel.h"},
+      {std::nullopt, "panel.bmp", "panel.h"},
+  };
+  QStringList offered;
+  for (const auto& c : cases) {
+    if (c.typed) {
+      platform.textPrompt.Type(*c.typed);
+    } else {
+      platform.textPrompt.Cancel();
+    }
+    define->trigger();
+    ASSERT_FALSE(platform.textPrompt.requests.isEmpty());
+    offered << platform.textPrompt.requests.last().defaultText;
+    EXPECT_EQ(window.State().settings.output.nbmfn, c.name);
+    EXPECT_EQ(window.State().files.SourceFileName, c.source) << c.name.toStdString();
+  }
+  EXPECT_EQ(offered, (QStringList{"NewBitmap.bmp", "NewBitmap.bmp", "NewBitmap.bmp", "panel.bmp"}));
+  EXPECT_EQ(platform.textPrompt.requests[0].caption, "Define Artwork Name");
+  EXPECT_EQ(platform.textPrompt.requests[0].label, "Artwork name");
+  EXPECT_TRUE(window.State().log.Lines().last().startsWith("Define Artwork Name"));
 }
 
 }  // namespace

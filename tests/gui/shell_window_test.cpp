@@ -53,19 +53,15 @@ TEST_F(ShellWindow, ExportFromTheRibbonLeavesTheArrayInTheEditorAndTheOutputFold
   MainWindow window(platform.services, {});
   app::SetDisplaySize(window.State(), 16, 8);
   window.LoadPicture(Picture());
-  window.Command(QStringLiteral("Paste Selection"))->trigger();
-  QAction* command = window.Command(QStringLiteral("Export Work Canvas to Data"));
+  window.Command(QStringLiteral("canvas.paste"))->trigger();
+  QAction* command = window.Command(QStringLiteral("file.exportToData"));
   ASSERT_NE(command, nullptr);
   bool dialogSeen = false;
-  QTimer confirm;
-  QObject::connect(&confirm, &QTimer::timeout, [&] {
-    if (auto* dialog = qobject_cast<ExportDialog*>(QApplication::activeModalWidget())) {
-      dialogSeen = dialog->windowTitle() == QStringLiteral("Export Work Canvas To Data");
-      confirm.stop();
-      dialog->ExportButton()->click();
-    }
-  });
-  confirm.start(5);
+  window.exportDialogShown = [&](ExportDialog& dialog) {
+    dialogSeen =
+        dialog.isVisible() && dialog.windowTitle() == QStringLiteral("Export Work Canvas To Data");
+    dialog.ExportButton()->click();
+  };
   command->trigger();
   EXPECT_TRUE(dialogSeen);
 
@@ -87,7 +83,7 @@ TEST_F(ShellWindow, ExportFromTheRibbonLeavesTheArrayInTheEditorAndTheOutputFold
   EXPECT_TRUE(window.State().text.Modified());
   EXPECT_EQ(window.State().text.LastLine(), QStringLiteral("// mine"));
   // Work not in this version is shown, greyed, and says so.
-  QAction* planned = window.Command(QStringLiteral("Run Batch"));
+  QAction* planned = window.Command(QStringLiteral("batch.run"));
   ASSERT_NE(planned, nullptr);
   EXPECT_FALSE(planned->isEnabled());
   EXPECT_TRUE(planned->toolTip().contains(MainWindow::NotAvailableText()));
@@ -103,7 +99,7 @@ TEST_F(ShellWindow, ExportFromTheRibbonLeavesTheArrayInTheEditorAndTheOutputFold
 TEST_F(ShellWindow, ModeAndDirectionChangesAreRefusedThroughTheDialogs) {
   MainWindow window(platform.services, {});
   SettingsPanel* panel = window.Settings();
-  window.Command(QStringLiteral("Enter Animation"))->trigger();
+  window.Command(QStringLiteral("animation.enter"))->trigger();
   EXPECT_TRUE(window.State().modes.AnimationActive);
 
   platform.dialogs.shown.clear();
@@ -112,7 +108,7 @@ TEST_F(ShellWindow, ModeAndDirectionChangesAreRefusedThroughTheDialogs) {
   EXPECT_EQ(panel->PixelModeBox()->currentData().toInt(), int(settings::PixelMode::Monochrome));
 
   // Entering touch while animating: the gate asks, "Quit" leaves the animation, the command stops.
-  window.Command(QStringLiteral("Enter Touch Panel Mode"))->trigger();
+  window.Command(QStringLiteral("touch.enter"))->trigger();
   EXPECT_EQ(platform.dialogs.shown.size(), 2);
   EXPECT_FALSE(window.State().modes.AnimationActive || window.State().modes.TouchScriptActive);
 
@@ -130,7 +126,7 @@ TEST_F(ShellWindow, ClosingWithUnsavedArtworkAsksThenSavesSettingsAndLog) {
   window.show();
   app::SetDisplaySize(window.State(), 16, 8);
   window.LoadPicture(Picture());
-  window.Command(QStringLiteral("Paste Selection"))->trigger();
+  window.Command(QStringLiteral("canvas.paste"))->trigger();
   const QString logFile = window.State().files.InitFolder + app::kLogFileName;
   platform.dialogs.Answer(Answer::Cancel);
   EXPECT_FALSE(window.close());
@@ -224,7 +220,7 @@ TEST_F(ShellWindow, AFileTheLoaderRefusesLeavesTheCanvasAndTheExplorerLoadsPictu
   EXPECT_EQ(pasted.copy(0, 0, 16, 8), QImage(Picture()).convertToFormat(QImage::Format_RGB32));
   EXPECT_NE(pasted, before);
   // The reload takes the picture again, not the file that failed.
-  window.Command(QStringLiteral("Reload Last Canvas File"))->trigger();
+  window.Command(QStringLiteral("file.reloadLastCanvas"))->trigger();
   EXPECT_EQ(window.State().canvas.Selection().Layer().size(), QSize(16, 8));
   EXPECT_EQ(window.State().canvas.Snapshot(), pasted);
 

@@ -9,6 +9,8 @@
 #include "platform/folders.h"
 #include "platform/key_poll.h"
 #include "scripted_dialogs.h"
+#include "scripted_file_picker.h"
+#include "scripted_text_prompt.h"
 
 namespace vt::test {
 
@@ -33,14 +35,17 @@ class FakeFileUse final : public platform::FileUse {
   QSet<QString> busy;
 };
 
-/// A complete set of fake services for one test, with a fixed clock (2026-03-14 15:09:26).
+/// A complete set of fake services for one test, with a fixed clock (2026-03-14 15:09:26). File
+/// pickers and text prompts are cancelled unless the test queues an answer.
 struct TestServices {
   ScriptedDialogs dialogs;
   TempFolders folders;
   FakeFileUse fileUse;
   platform::NoKeyPoll escape;
   platform::FixedClock clock{QDateTime(QDate(2026, 3, 14), QTime(15, 9, 26))};
-  app::Services services{dialogs, folders, fileUse, escape, clock};
+  ScriptedFilePicker filePicker;
+  ScriptedTextPrompt textPrompt;
+  app::Services services{dialogs, folders, fileUse, escape, clock, filePicker, textPrompt};
 };
 
 /// Reads a whole file as bytes; empty when it cannot be read.

@@ -20,6 +20,8 @@ class Folders;
 class FileUse;
 class KeyPoll;
 class Clock;
+class FilePicker;
+class TextPrompt;
 }  // namespace vt::platform
 
 namespace vt::app {
@@ -76,6 +78,8 @@ struct Services {
   platform::FileUse& fileUse;
   platform::KeyPoll& escape;
   platform::Clock& clock;
+  platform::FilePicker& filePicker;  ///< files and folders the user chooses
+  platform::TextPrompt& textPrompt;  ///< lines of text the user types
 };
 
 }  // namespace vt::app
