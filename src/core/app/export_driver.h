@@ -18,6 +18,7 @@
 #include "convert/output_width.h"
 #include "convert/scan_walker.h"
 #include "settings/settings.h"
+#include "util/error.h"
 
 namespace vt::app {
 
@@ -77,6 +78,10 @@ struct ExportRequest {
   // Where the finished text goes.
   QString savePath;         ///< not empty: saved here, whatever Dnask says
   bool saveAlways = false;  ///< save to OFP + "/" + OutputFileName even without Dnask
+  /// With post-processing: this batch file for this export instead of the project's, run on
+  /// the text before it is saved (the desktop program saves first and post-processes the
+  /// editor after).
+  QString postProcessBatch;
 };
 
 /// What the dialog shows when it opens: the request with its boxes taken from the keys and the
@@ -142,7 +147,8 @@ struct ExportResult {
   QString ArrayName;
   long long DataByteCount = 0;
   AreaBounds area;
-  QString savedPath;  ///< the file written; empty when nothing was saved
+  QString savedPath;  ///< the file written; empty when nothing was written
+  std::optional<Error> batchError;  ///< the post-processing batch could not run to its end
 };
 
 /// The command "Export Work Canvas to Data" after its dialog: `request` as the user left the
