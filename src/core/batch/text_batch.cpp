@@ -19,26 +19,95 @@ constexpr int kNoInteger = 9999;
 /// Repeats on one line, over the endless limit's factor, that count as a block that never ends.
 constexpr int kRepeatFactor = 100;
 
+/// A hexadecimal digit in either case: the values are read as the upper-cased line shows them.
 bool IsHexDigit(QChar c) {
   return (c >= QLatin1Char('0') && c <= QLatin1Char('9')) ||
-         (c >= QLatin1Char('A') && c <= QLatin1Char('F'));
+         (c >= QLatin1Char('A') && c <= QLatin1Char('F')) ||
+         (c >= QLatin1Char('a') && c <= QLatin1Char('f'));
 }
 
-/// The leading run of upper-case hexadecimal digits of `text` from `from`.
+/// The length of the run of hexadecimal digits of `text` from `from`.
 qsizetype HexRunLength(const QString& text, qsizetype from) {
   qsizetype n = from;
   while (n < text.size() && IsHexDigit(text[n])) ++n;
   return n - from;
 }
 
-/// At least `digits` upper-case hexadecimal digits of `value`, never fewer than it needs.
-QString HexText(quint64 value, int digits) {
-  return QString::number(value, 16).toUpper().rightJustified(digits, QLatin1Char('0'));
+/// At least `digits` upper-case digits of `value` in base 2 to the `shift`, never fewer than it
+/// needs.
+QString DigitText(quint64 value, int digits, int shift) {
+  char buffer[72];
+  int n = 0;
+  const quint64 mask = (quint64(1) << shift) - 1;
+  do {
+    buffer[sizeof(buffer) - 1 - n++] = "0123456789ABCDEF"[value & mask];
+    value >>= shift;
+  } while (value != 0 && n < 64);
+  while (n < digits && n < 64) buffer[sizeof(buffer) - 1 - n++] = '0';
+  return QString::fromLatin1(buffer + sizeof(buffer) - n, n);
 }
 
+/// At least `digits` upper-case hexadecimal digits of `value`, never fewer than it needs.
+QString HexText(quint64 value, int digits) { return DigitText(value, digits, 4); }
+
 /// At least `bits` binary digits of `value`.
-QString BitText(quint64 value, int bits) {
-  return QString::number(value, 2).rightJustified(bits, QLatin1Char('0'));
+QString BitText(quint64 value, int bits) { return DigitText(value, bits, 1); }
+
+/// The bit and number operations on the hexadecimal value.
+enum class BitOp {
+  None,
+  Not,
+  Xor,
+  Or,
+  And,
+  ShiftRight,
+  ShiftLeft,
+  RotateRight,
+  RotateLeft,
+  SetBit,
+  ClearBit,
+  ToggleBit
+};
+
+BitOp BitOpOf(const QString& name) {
+  static const QHash<QString, BitOp> kOps = {
+      {QStringLiteral("NOT"), BitOp::Not},
+      {QStringLiteral("XOR"), BitOp::Xor},
+      {QStringLiteral("OR"), BitOp::Or},
+      {QStringLiteral("AND"), BitOp::And},
+      {QStringLiteral("shift right"), BitOp::ShiftRight},
+      {QStringLiteral("shift left"), BitOp::ShiftLeft},
+      {QStringLiteral("rotate bits to right"), BitOp::RotateRight},
+      {QStringLiteral("rotate bits to left"), BitOp::RotateLeft},
+      {QStringLiteral("set bit"), BitOp::SetBit},
+      {QStringLiteral("clear bit"), BitOp::ClearBit},
+      {QStringLiteral("toggle bit"), BitOp::ToggleBit},
+  };
+  return kOps.value(name, BitOp::None);
+}
+
+/// An action row read once for the visits: its bit operation, and its index as a number.
+struct ActionPlan {
+  BitOp op = BitOp::None;
+  bool hasIndex = false;  ///< the index cell gives IndexValue
+  int index = 0;
+};
+
+ActionPlan PlanOf(const BatchRow& row) {
+  ActionPlan plan;
+  plan.op = BitOpOf(row.name);
+  bool number = false;
+  const int decimal = row.index.trimmed().toInt(&number);
+  if (number) {
+    plan.hasIndex = true;
+    plan.index = decimal;
+  } else if (plan.op == BitOp::Xor || plan.op == BitOp::Or || plan.op == BitOp::And ||
+             plan.op == BitOp::Not) {
+    // Not a decimal number: read as hexadecimal.
+    plan.hasIndex = true;
+    plan.index = static_cast<int>(row.index.trimmed().toUInt(nullptr, 16));
+  }
+  return plan;
 }
 
 /// The steps of the block loop.
@@ -101,7 +170,7 @@ class Interpreter {
   void RunTask(const BatchRow& row);
   bool IfHexInLine();
   bool ReadHex(int skip);
-  void BitOperation(const QString& name);
+  void BitOperation(BitOp op);
   void GetInteger();
   void GetFloat();
   void Insert(const QString& text, const QString& line);
@@ -121,6 +190,7 @@ class Interpreter {
   TextBatchResult result_;
 
   BlockRows rows_;
+  std::vector<ActionPlan> plans_;  // one per action row, made when the rows grow
   QStringList CopyBuffer;
   int LineCursor = -1;
   int DeletedCount = 0;
@@ -195,6 +265,10 @@ bool IsLineConditionName(const QString& name) {
 int Interpreter::Find(const QString& line, const QString& text, bool caseSensitive,
                       bool fromBegin) const {
   if (text.isEmpty()) return 0;  // an empty text is never found
+  if (fromBegin) {
+    return static_cast<int>(
+        line.indexOf(text, 0, caseSensitive ? Qt::CaseSensitive : Qt::CaseInsensitive) + 1);
+  }
   QString l = caseSensitive ? line : line.toUpper();
   const QString t = caseSensitive ? text : text.toUpper();
   qsizetype at = l.indexOf(t);
@@ -216,9 +290,10 @@ bool Interpreter::IfHexInLine() {
     Report(QStringLiteral("  >> Error : No hex Prefix AND No hex Suffix defined"));
     return false;
   }
-  const QString line = LineAt(LineCursor).toUpper();
-  const qsizetype p = prefix.isEmpty() ? 0 : line.indexOf(prefix.toUpper()) + 1;
-  const qsizetype s = suffix.isEmpty() ? 0 : line.indexOf(suffix.toUpper()) + 1;
+  // Compared in upper case: a search that ignores case.
+  const QString line = LineAt(LineCursor);
+  const qsizetype p = prefix.isEmpty() ? 0 : line.indexOf(prefix, 0, Qt::CaseInsensitive) + 1;
+  const qsizetype s = suffix.isEmpty() ? 0 : line.indexOf(suffix, 0, Qt::CaseInsensitive) + 1;
   const bool found = !(!prefix.isEmpty() && p == 0) && !(!suffix.isEmpty() && s == 0) &&
                      !(!prefix.isEmpty() && !suffix.isEmpty() && s < p);
   Report(found ? QStringLiteral("  >> True") : QStringLiteral("  >> False"));
@@ -226,13 +301,14 @@ bool Interpreter::IfHexInLine() {
 }
 
 bool Interpreter::ReadHex(int skip) {
-  const QString prefix = hex_.HexPrefix.toUpper();
-  const QString suffix = hex_.HexSuffix.toUpper();
+  const QString& prefix = hex_.HexPrefix;
+  const QString& suffix = hex_.HexSuffix;
   if (prefix.isEmpty() && suffix.isEmpty()) {
     Report(QStringLiteral("  >> Error : No hex Prefix AND No hex Suffix defined"));
     return false;
   }
-  const QString line = LineAt(LineCursor).toUpper();
+  // The line is read as if upper-cased: searches ignore case, the value is upper-cased.
+  const QString line = LineAt(LineCursor);
   auto none = [this] {
     Report(QStringLiteral(" No_Hex_Value"));
     return false;
@@ -241,12 +317,12 @@ bool Interpreter::ReadHex(int skip) {
   if (!prefix.isEmpty()) {
     // Each value to skip: through its prefix and the digits after it.
     for (int k = 0; k < skip; ++k) {
-      const qsizetype p = line.indexOf(prefix, at);
+      const qsizetype p = line.indexOf(prefix, at, Qt::CaseInsensitive);
       if (p < 0) return none();
       at = p + prefix.size();
       at += HexRunLength(line, at);
     }
-    const qsizetype p = line.indexOf(prefix, at);
+    const qsizetype p = line.indexOf(prefix, at, Qt::CaseInsensitive);
     if (p < 0) return none();
     MatchPos = static_cast<int>(p + 1);
     at = p + prefix.size();
@@ -257,11 +333,12 @@ bool Interpreter::ReadHex(int skip) {
     while (at < line.size() && !IsHexDigit(line[at])) ++at;
     if (at >= line.size()) return none();
     const qsizetype run = HexRunLength(line, at);
-    const bool closed = suffix.isEmpty() || QStringView(line).mid(at + run).startsWith(suffix);
+    const bool closed =
+        suffix.isEmpty() || QStringView(line).mid(at + run).startsWith(suffix, Qt::CaseInsensitive);
     if (closed && prefix.isEmpty() && skipped < skip) {
       ++skipped;  // without a prefix the values to skip are counted here
     } else if (closed) {
-      value = line.mid(at, run);
+      value = line.mid(at, run).toUpper();
       // Without a prefix the value itself is where "then overwrite hex" writes.
       if (prefix.isEmpty()) MatchPos = static_cast<int>(at + 1);
     }
@@ -364,7 +441,21 @@ void Interpreter::RunCondition(const BatchRow& row) {
 }
 
 void Interpreter::RunActions() {
-  for (const BatchRow& row : std::as_const(rows_.actions)) RunAction(row);
+  const QList<BatchRow>& actions = rows_.actions;
+  if (plans_.size() != static_cast<std::size_t>(actions.size())) {
+    plans_.clear();
+    for (const BatchRow& row : actions) plans_.push_back(PlanOf(row));
+  }
+  for (qsizetype a = 0; a < actions.size(); ++a) {
+    const ActionPlan& plan = plans_[static_cast<std::size_t>(a)];
+    if (plan.op == BitOp::None) {
+      RunAction(actions[a]);
+      continue;
+    }
+    if (plan.hasIndex) IndexValue = plan.index;
+    ActionText = actions[a].text;
+    if (ConditionResult) BitOperation(plan.op);
+  }
 }
 
 void Interpreter::Insert(const QString& text, const QString& original) {
@@ -376,9 +467,8 @@ void Interpreter::Insert(const QString& text, const QString& original) {
   Report(QStringLiteral("  >> ") + text);
 }
 
-void Interpreter::BitOperation(const QString& name) {
-  const bool bitCommand = name == QLatin1String("set bit") || name == QLatin1String("clear bit") ||
-                          name == QLatin1String("toggle bit");
+void Interpreter::BitOperation(BitOp op) {
+  const bool bitCommand = op == BitOp::SetBit || op == BitOp::ClearBit || op == BitOp::ToggleBit;
   if (HexValue.isEmpty()) {
     if (bitCommand) Report(QStringLiteral(" GOT_No_Hex_Value"));
     return;
@@ -386,41 +476,68 @@ void Interpreter::BitOperation(const QString& name) {
   const quint32 v = static_cast<quint32>(HexValue.toULongLong(nullptr, 16));
   const quint32 n = static_cast<quint32>(IndexValue);
   const quint32 w = static_cast<quint32>(HexDigits * 4);
-  QString after;
-  if (name == QLatin1String("NOT")) {
-    after = HexText(~v, HexDigits).left(HexBits);
-  } else if (name == QLatin1String("XOR")) {
-    after = HexText(v ^ n, HexDigits);
-  } else if (name == QLatin1String("OR")) {
-    after = HexText(v | n, HexDigits);
-  } else if (name == QLatin1String("AND")) {
-    after = HexText(v & n, HexDigits);
-  } else if (name == QLatin1String("shift right")) {
-    after = HexText(v >> (n & 31), HexDigits);
-  } else if (name == QLatin1String("shift left")) {
-    after = HexText(static_cast<quint32>(v << (n & 31)), HexDigits).right(HexDigits);
-  } else if (name == QLatin1String("rotate bits to right")) {
-    const quint32 r = (v >> (n & 31)) + static_cast<quint32>(v << ((w - n) & 31));
-    after = HexText(r, HexDigits).right(HexDigits);
-  } else if (name == QLatin1String("rotate bits to left")) {
-    const quint32 r = static_cast<quint32>(v << (n & 31)) + (v >> ((w - n) & 31));
-    after = HexText(r, HexDigits).right(HexDigits);
-  } else {
-    if (n > 31) {
-      Report(QStringLiteral(" Bit Number > 31"));
-      return;
+  quint32 r = 0;
+  switch (op) {
+    case BitOp::Not:
+      r = ~v;
+      break;
+    case BitOp::Xor:
+      r = v ^ n;
+      break;
+    case BitOp::Or:
+      r = v | n;
+      break;
+    case BitOp::And:
+      r = v & n;
+      break;
+    case BitOp::ShiftRight:
+      r = v >> (n & 31);
+      break;
+    case BitOp::ShiftLeft:
+      r = static_cast<quint32>(v << (n & 31));
+      break;
+    case BitOp::RotateRight:
+      r = (v >> (n & 31)) + static_cast<quint32>(v << ((w - n) & 31));
+      break;
+    case BitOp::RotateLeft:
+      r = static_cast<quint32>(v << (n & 31)) + (v >> ((w - n) & 31));
+      break;
+    case BitOp::SetBit:
+    case BitOp::ClearBit:
+    case BitOp::ToggleBit: {
+      if (n > 31) {
+        Report(QStringLiteral(" Bit Number > 31"));
+        return;
+      }
+      const quint32 mask = quint32(1) << n;
+      r = op == BitOp::SetBit ? (v | mask) : op == BitOp::ClearBit ? (v & ~mask) : (v ^ mask);
+      break;
     }
-    const quint32 mask = quint32(1) << n;
-    const quint32 r = name == QLatin1String("set bit")     ? (v | mask)
-                      : name == QLatin1String("clear bit") ? (v & ~mask)
-                                                           : (v ^ mask);
-    after = HexText(r, HexDigits);
+    case BitOp::None:
+      return;
+  }
+  QString after = HexText(r, HexDigits);
+  quint64 afterValue = r;
+  if (op == BitOp::Not) {
+    after.truncate(HexBits);  // the complement over 32 bits, cut to its first HexBits characters
+  } else if (op == BitOp::ShiftLeft || op == BitOp::RotateRight || op == BitOp::RotateLeft) {
+    after = after.right(HexDigits);
+    if (HexBits < 64) afterValue &= (quint64(1) << HexBits) - 1;
   }
   HexValue = after;
   ++result_.Occurences;
-  Report(QStringLiteral("  >> ") + BitText(v, HexBits) + QStringLiteral(" >> ") +
-         BitText(HexValue.toULongLong(nullptr, 16), HexBits) + QLatin1Char(' ') + hex_.HexPrefix +
-         HexValue + hex_.HexSuffix);
+  if (options_.silent) return;
+  // Written straight onto the report line: this runs for every value of every line.
+  if (ReportLines.isEmpty()) ReportLines.append(QString());
+  QString& out = ReportLines.last();
+  out += QLatin1String("  >> ");
+  out += BitText(v, HexBits);
+  out += QLatin1String(" >> ");
+  out += BitText(afterValue, HexBits);
+  out += QLatin1Char(' ');
+  out += hex_.HexPrefix;
+  out += HexValue;
+  out += hex_.HexSuffix;
 }
 
 void Interpreter::GetInteger() {
@@ -686,12 +803,6 @@ void Interpreter::RunAction(const BatchRow& row) {
       LineCursor = deleteStart_ - 1;
       ++result_.Occurences;
     }
-  } else if (name == QLatin1String("NOT") || name == QLatin1String("XOR") ||
-             name == QLatin1String("OR") || name == QLatin1String("AND") ||
-             name.startsWith(QLatin1String("shift ")) ||
-             name.startsWith(QLatin1String("rotate ")) || name == QLatin1String("set bit") ||
-             name == QLatin1String("clear bit") || name == QLatin1String("toggle bit")) {
-    BitOperation(name);
   } else if (!name.isEmpty()) {
     Report(QStringLiteral("  >>"));  // a process instruction: read and reported only
   }
@@ -755,6 +866,7 @@ TextBatchResult Interpreter::Run(const QStringList& original) {
     switch (step) {
       case Step::ClearRows:
         rows_.Clear();
+        plans_.clear();
         DeletedCount = 0;
         LineCursor = -1;
         progressMax_ = static_cast<int>(TextLines.size());
