@@ -43,6 +43,7 @@
 #include "canvas/graphic_loading.h"
 #include "canvas/graphic_preview.h"
 #include "canvas/threshold.h"
+#include "gui/batch_panel.h"
 #include "gui/canvas_view.h"
 #include "gui/escape_poll.h"
 #include "gui/exception_boundary.h"
@@ -94,12 +95,6 @@ constexpr Planned kPlanned[] = {
     {4, "Export Font Script To Data", "ConvertFontMenuToolButton"},
     {5, "Current Canvas As Background", "WorkCanvasAsBackground1"},
     {5, "Export Regions To Data", "ConvertTouchToolButton"},
-    {6, "Run Batch", "RunBatchToolButton"},
-    {6, "Run Batch Multiple", "RunBatchonalldefinedfilesindefinedfolder1"},
-    {6, "List of all Batches", "ListAllBatchesGlowButton"},
-    {6, "Activate Current Batch", "ActivateBatchGlowButton"},
-    {6, "Create New Batch", "CreateNewBarchGlowButton"},
-    {6, "Edit Current Batch", "EditCurrentBatchGlowButton"},
     {7, "Reload Recent Animation", "ReloadlastOpenedAnimationToolButton"},
     {8, "Connectivity Settings", "SerialSetup1"},
     {9, "Convert File to 256 colors", "Convertagraphicto256Colors1"},
@@ -292,6 +287,16 @@ MainWindow::MainWindow(std::unique_ptr<DesktopServices> desktop, app::Services* 
                 Refresh();
             }
           });
+  // The batch panel beside them.
+  batchPanel_ = new BatchPanel(
+      state_, services_,
+      [this](const QString& caption, const std::function<void()>& work) {
+        RunCommand(caption, work);
+      },
+      this);
+  addDockWidget(Qt::RightDockWidgetArea, batchPanel_);
+  tabifyDockWidget(explorerDock, batchPanel_);
+  settingsPanel_->raise();
   connect(explorer_, &Explorer::projectActivated, this, [this] {
     settingsPanel_->Sync();
     Refresh();
@@ -441,6 +446,34 @@ void MainWindow::BuildRibbonAndMenus() {
                                            app::ExitmenuButtonClick(state_, services_);
                                          })));
   }
+  // Batch Processing: the panel's commands, each run as a command by the panel.
+  const struct {
+    const char* caption;
+    const char* handler;
+    void (BatchPanel::*command)();
+  } batchCommands[] = {
+      {"Run Batch", "RunBatchToolButton", &BatchPanel::ApplyPostProButtonClick},
+      {"Run Batch Multiple", "RunBatchonalldefinedfilesindefinedfolder1",
+       &BatchPanel::RunMultipleButtonClick},
+      {"Activate Current Batch", "ActivateBatchGlowButton",
+       &BatchPanel::SelectActiveBatchButtonClick},
+      {"Create New Batch", "CreateNewBarchGlowButton", &BatchPanel::CreateNewPPButtonClick},
+      {"Edit Current Batch", "EditCurrentBatchGlowButton", &BatchPanel::EditPPButtonClick},
+  };
+  for (const auto& b : batchCommands) {
+    auto* action = new QAction(QString::fromLatin1(b.caption), this);
+    action->setObjectName(QString::fromLatin1(b.handler));
+    connect(action, &QAction::triggered, this, [this, command = b.command] {
+      batchPanel_->show();
+      batchPanel_->raise();
+      (batchPanel_->*command)();
+    });
+    commands_ << action;
+    onPage(6, action);
+  }
+  QAction* listBatches = onPage(6, batchPanel_->toggleViewAction());
+  listBatches->setText(QStringLiteral("List of all Batches"));
+  listBatches->setObjectName(QStringLiteral("ListAllBatchesGlowButton"));
   for (const Planned& p : kPlanned) {
     onPage(p.page, AddCommand(QString::fromLatin1(p.caption), p.handler, nullptr));
   }
@@ -767,6 +800,7 @@ bool MainWindow::SaveArtwork() {
 
 void MainWindow::Refresh() {
   canvasView_->Refresh();
+  batchPanel_->Refresh();
   // A resize or a mode change may have dropped the layer under the tool: it goes with it.
   const bool threshold = state_.blackWhite.Visible && state_.canvas.Selection().IsFloating();
   canvasTools_->setCurrentWidget(threshold ? static_cast<QWidget*>(thresholdTool_)

@@ -24,6 +24,7 @@ class SingleInstance;
 
 namespace vt::gui {
 
+class BatchPanel;
 class CanvasView;
 class Explorer;
 class EditorTabs;
@@ -64,6 +65,7 @@ class MainWindow final : public QMainWindow {
   EditorTabs* Editors() const { return editors_; }
   SettingsPanel* Settings() const { return settingsPanel_; }
   Explorer* ProjectsExplorer() const { return explorer_; }
+  BatchPanel* Batches() const { return batchPanel_; }
   QTabWidget* Ribbon() const { return ribbon_; }
   /// Windows > Hide Log Window / Show Log Window.
   QAction* HideLogWindowAction() const { return hideLogWindowAction_; }
@@ -150,6 +152,7 @@ class MainWindow final : public QMainWindow {
   EditorTabs* editors_ = nullptr;
   SettingsPanel* settingsPanel_ = nullptr;
   Explorer* explorer_ = nullptr;
+  BatchPanel* batchPanel_ = nullptr;
   QMenu* windowsMenu_ = nullptr;
   LogWindow* logWindow_ = nullptr;
   QAction* hideLogWindowAction_ = nullptr;

@@ -55,6 +55,7 @@ TEST(ReadPostString, SplitsALineIntoItsFieldsAndWritesItBack) {
   changed.comment.clear();
   EXPECT_EQ(WriteBatchLine(changed), "      then insert (1)'extern '");
   EXPECT_EQ(WriteBatchLine(ReadPostString("if last line")), "if last line");
+  EXPECT_EQ(WriteBatchLine(ReadPostString("if 'a'")), "if 'a'");
 }
 
 }  // namespace

@@ -16,6 +16,7 @@
 #include "app/output_naming.h"
 #include "app/state.h"
 #include "platform/clock.h"
+#include "platform/folders.h"
 #include "platform/key_poll.h"
 #include "util/atomic_write.h"
 
@@ -355,6 +356,98 @@ QStringList PopulateSPPcombobox(const AppState& state) {
                                      QDir::Files, QDir::Name | QDir::IgnoreCase);
   names.removeDuplicates();
   return names;
+}
+
+namespace {
+
+/// Batch Edition's own leaving, as the mode table calls it.
+bool LeaveBatchEdition(AppState& state, Services& services) {
+  state.log.Laction = QStringLiteral("Quit Text Proc");
+  BatchState& b = state.batch;
+  if (b.editChanged && !state.modes.QuitNoSave) {
+    if (QFileInfo::exists(b.editPath)) {
+      if (services.fileUse.IsFileInUse(b.editPath)) {
+        Tell(state, services,
+             QStringLiteral("Access to this file denied ! Check for read only status"),
+             QStringLiteral("Error"), DialogType::Error);
+        return false;
+      }
+      const int answer = MessageDlgA(
+          state, services.dialogs,
+          QStringLiteral("Overwrite Processing batch to file ?\r") + b.editPath,
+          QStringLiteral("Confirm"), 0, Buttons::Yes | Buttons::No, DialogType::Confirmation);
+      if (answer != platform::Answer::Yes) return false;
+      if (!SavePPbuttonClick(state, services)) return false;
+      state.log.StatusBarAndLog(QStringLiteral("Overwrite batch : ") + b.editPath);
+    } else {
+      const int answer =
+          MessageDlgA(state, services.dialogs, QStringLiteral(" Save batch to file ? "),
+                      QStringLiteral("Batch not saved !"), 0,
+                      Buttons::Yes | Buttons::No | Buttons::Cancel, DialogType::Confirmation);
+      if (answer == platform::Answer::Cancel) return false;
+      if (answer == platform::Answer::Yes) {
+        if (!SavePPbuttonClick(state, services)) return false;
+        state.log.StatusBarAndLog(QStringLiteral("Save batch : ") + b.editPath);
+        state.log.StatusBarAndLog(QStringLiteral("Saved !"));
+      }
+    }
+  }
+  b.editChanged = false;
+  return true;
+}
+
+}  // namespace
+
+void CreatePostProClick(AppState& state, Services& services, bool newBatch) {
+  state.log.Laction = QStringLiteral("Create Post Pro");
+  ModeRoutines& routines = state.modeRoutines[static_cast<int>(SpecialMode::BatchEdition)];
+  if (!routines.leave) routines.leave = LeaveBatchEdition;
+  const settings::Settings& s = state.settings;
+  QString name;
+  if (newBatch) {
+    for (int n = 1;; ++n) {
+      name = QStringLiteral("NewTextPro%1.SPP").arg(n);
+      if (!QFileInfo::exists(Join(s.folder.bfpa, name))) break;
+    }
+  } else {
+    name = NoBatchNamed(s.post.pprof) ? QFileInfo(s.output.nbmfn).completeBaseName() : s.post.pprof;
+  }
+  if (!name.toUpper().endsWith(QLatin1String(".SPP"))) name += QStringLiteral(".SPP");
+  if (!state.modes.BatchEditActive && !EnterMode(state, services, SpecialMode::BatchEdition)) {
+    return;
+  }
+  state.log.StatusBarAndLog(QStringLiteral("Edit Postpro Batch"));
+  BatchState& b = state.batch;
+  b.editPath = Join(s.folder.bfpa, name);
+  b.editLines.clear();
+  if (QFileInfo::exists(b.editPath)) {
+    const Result<QStringList> lines = batch::ReadBatchFile(b.editPath);
+    if (!lines) {
+      Tell(state, services, QStringLiteral("Error While Trying To Load Processing Batch !"),
+           QStringLiteral("Error"), DialogType::Error);
+    } else {
+      b.editLines = lines.value();
+    }
+  }
+  b.editChanged = true;
+}
+
+bool QuitPostClick(AppState& state, Services& services) {
+  if (!state.modes.BatchEditActive) return true;
+  return LeaveMode(state, services, SpecialMode::BatchEdition);
+}
+
+bool SavePPbuttonClick(AppState& state, Services& services) {
+  BatchState& b = state.batch;
+  QDir().mkpath(QFileInfo(b.editPath).absolutePath());
+  const Result<bool> written = WriteFileAtomically(
+      b.editPath, (b.editLines.join(QStringLiteral("\r\n")) + QStringLiteral("\r\n")).toUtf8());
+  if (!written) {
+    Tell(state, services, written.error().ToString(), QStringLiteral("Error"), DialogType::Error);
+    return false;
+  }
+  b.editChanged = false;
+  return true;
 }
 
 }  // namespace vt::app

@@ -96,6 +96,17 @@ void SelectActiveBatchButtonClick(AppState& state, const QString& fileName);
 /// PopulateSPPcombobox: the .SPP files of the batch folder, by name.
 QStringList PopulateSPPcombobox(const AppState& state);
 
+/// CreatePostProClick: Batch Edition on a batch of the batch folder. A new batch is named
+/// "NewTextPro[n].SPP" with the first n free; else the active batch (named after the artwork
+/// when none is active). An existing file is loaded into state.batch.editLines.
+void CreatePostProClick(AppState& state, Services& services, bool newBatch);
+/// QuitPostClick: leaves Batch Edition, asking to save changed lines first ("Overwrite
+/// Processing batch to file ?\r" for an existing file, " Save batch to file ? " for a new one).
+/// False when the user chose to stay in the mode.
+bool QuitPostClick(AppState& state, Services& services);
+/// SavePPbuttonClick: writes the edited lines to their file. False after telling why not.
+bool SavePPbuttonClick(AppState& state, Services& services);
+
 /// The lines of a text file for the editor, or an error naming it: a file that is not UTF-8
 /// text is refused rather than changed by a round trip.
 Result<QStringList> ReadTextFile(const QString& path);

@@ -45,6 +45,10 @@ struct BatchState {
   bool BatchSilent = false;  ///< a run over many files: no report per line, no notice
   bool BatchRunning = false;
   bool showReport = false;  ///< "View Report" was chosen: the editors show the Report tab
+  // Batch Edition: the batch file in the editor and its lines as last written there.
+  QString editPath;
+  QStringList editLines;
+  bool editChanged = false;
 };
 
 /// Everything of application scope: one per window, per command-line run, per test.
