@@ -14,4 +14,7 @@ fi
 if [ -x "$dir/bench/vt_export_bench" ]; then
   "$dir/bench/vt_export_bench" --smoke
 fi
+if [ -x "$dir/bench/vt_batch_bench" ]; then
+  "$dir/bench/vt_batch_bench" --smoke
+fi
 bash tools/fuzz.sh 20

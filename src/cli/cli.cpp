@@ -4,6 +4,8 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 
+#include "app/batch_commands.h"
+#include "app/batch_job.h"
 #include "app/configuration.h"
 #include "app/display_commands.h"
 #include "app/export_job.h"
@@ -199,6 +201,8 @@ int ParseExportJob(const QStringList& args, app::ExportJob& job, QTextStream& er
       slot = &threshold;
     else if (arg == QStringLiteral("--dither"))
       slot = &dither;
+    else if (arg == QStringLiteral("--batch"))
+      slot = &job.batch;
     const bool named = arg == QStringLiteral("--mode") || arg == QStringLiteral("--direction") ||
                        arg == QStringLiteral("--corner") || arg == QStringLiteral("--set");
     if (slot != nullptr || named) {
@@ -225,7 +229,7 @@ int ParseExportJob(const QStringList& args, app::ExportJob& job, QTextStream& er
   if (job.image.isEmpty()) {
     err << "vantorelle-cli: usage: vantorelle-cli export IMAGE [--settings FILE] [--mode NAME] "
            "[--direction KEY] [--corner N] [--set KEY=VALUE]... [--output-width 8|16|32|bin|ihex] "
-           "[--threshold N | --dither METHOD] [-o OUTPUT]\n";
+           "[--threshold N | --dither METHOD] [--batch BATCH.SPP] [-o OUTPUT]\n";
     return kExitUsage;
   }
   if (!outputWidth.isEmpty() && !(job.outputWidth = convert::WordWidthFromName(outputWidth))) {
@@ -252,6 +256,41 @@ int ParseExportJob(const QStringList& args, app::ExportJob& job, QTextStream& er
         << canvas::DitherMethodNames() << '\n';
     return kExitUsage;
   }
+  return kExitOk;
+}
+
+/// Parses the batch command's arguments into `job`; kExitUsage after telling why.
+int ParseBatchJob(const QStringList& args, app::BatchJob& job, QTextStream& err) {
+  QStringList positional;
+  for (qsizetype i = 0; i < args.size(); ++i) {
+    const QString& arg = args[i];
+    QString* slot = nullptr;
+    if (arg == QStringLiteral("--settings"))
+      slot = &job.settingsFile;
+    else if (arg == QStringLiteral("-o") || arg == QStringLiteral("--output"))
+      slot = &job.output;
+    else if (arg == QStringLiteral("--ext"))
+      slot = &job.extension;
+    if (slot != nullptr) {
+      const std::optional<QString> value = OptionValue(args, i, err);
+      if (!value) return kExitUsage;
+      *slot = *value;
+    } else if (arg == QStringLiteral("--in-place")) {
+      job.inPlace = true;
+    } else if (arg.startsWith(QLatin1Char('-')) || positional.size() == 2) {
+      err << "vantorelle-cli: unexpected argument '" << arg << "' for batch\n";
+      return kExitUsage;
+    } else {
+      positional << arg;
+    }
+  }
+  if (positional.size() != 2) {
+    err << "vantorelle-cli: usage: vantorelle-cli batch BATCH.SPP [--settings FILE] "
+           "(FILE (-o OUTPUT | --in-place) | FOLDER [--ext .h])\n";
+    return kExitUsage;
+  }
+  job.batch = positional[0];
+  job.target = positional[1];
   return kExitOk;
 }
 
@@ -300,7 +339,7 @@ QString HelpText() {
              "      Select a display size: a preset, or a user size of at most 1024x768.\n"
              "  export IMAGE [--settings FILE] [--mode NAME] [--direction KEY] [--corner N]\n"
              "         [--set KEY=VALUE]... [--output-width 8|16|32|bin|ihex]\n"
-             "         [--threshold N | --dither METHOD] [-o OUTPUT]\n"
+             "         [--threshold N | --dither METHOD] [--batch BATCH.SPP] [-o OUTPUT]\n"
              "      Export the picture as a data array, as \"Export Work Canvas to Data\" does.\n"
              "      The display takes the picture's size; --mode, --direction, --corner and\n"
              "      --set (in that order, with the checks above) and --output-width (words of\n"
@@ -315,12 +354,23 @@ QString HelpText() {
              "      slider: a pixel turns black when its colour, grayed, lies below the\n"
              "      position) or --dither METHOD, one of:\n"
              "      %2.\n"
+             "      --batch runs a text batch on the generated text before it is saved.\n"
+             "  batch BATCH.SPP [--settings FILE] FILE (-o OUTPUT | --in-place)\n"
+             "  batch BATCH.SPP [--settings FILE] FOLDER [--ext .h]\n"
+             "      Run a text batch on one text file, written to OUTPUT or back to FILE\n"
+             "      (the old one kept as FILE.bak), or on every file of FOLDER ending with\n"
+             "      the extension (default: the setting mext), each written to\n"
+             "      FOLDER/_Processed under its own name. The batch's report is printed. A\n"
+             "      file that cannot be read is named and left; the others go on. A block\n"
+             "      that would never end (its last condition does not test the lines) stops\n"
+             "      the run after %3 visits past the end of the text, with status 1.\n"
              "\n"
              "A missing FILE is created with the factory settings. Messages go to standard\n"
              "error; a refused change exits with status 1 and leaves FILE as it was, a usage\n"
              "error with status 2. An export stopped by a message or an unreadable picture\n"
              "exits with status 1 and writes nothing.\n")
-      .arg(modes, canvas::DitherMethodNames());
+      .arg(modes, canvas::DitherMethodNames())
+      .arg(app::kEndlessVisitLimit);
 }
 
 int RunCli(const QStringList& args, QTextStream& out, QTextStream& err, platform::Folders& folders,
@@ -342,6 +392,13 @@ int RunCli(const QStringList& args, QTextStream& out, QTextStream& err, platform
     }
     if (args[0] == QStringLiteral("export")) {
       return RunExport(args.mid(1), state, console.services, out, err);
+    }
+    if (args[0] == QStringLiteral("batch")) {
+      app::BatchJob job;
+      if (const int status = ParseBatchJob(args.mid(1), job, err); status != kExitOk) {
+        return status;
+      }
+      return Report(job.Run(state, console.services), out, err);
     }
   } catch (const Failure& failure) {
     // A rare failure deep down (I/O, an allocation limit): the run ends with its reason.

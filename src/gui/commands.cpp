@@ -12,6 +12,7 @@
 #include "app/modes.h"
 #include "app/threshold_commands.h"
 #include "canvas/dithering.h"
+#include "gui/batch_panel.h"
 #include "gui/canvas_view.h"
 #include "gui/log_window.h"
 #include "gui/main_window.h"
@@ -44,6 +45,23 @@ CommandRow Planned(const char* id, RibbonPage page, const char* caption, const c
           .handler = handler,
           .page = page,
           .availability = Availability::NotYet};
+}
+
+/// A command of the batch panel: the panel comes forward and runs it as a command of its own
+/// (it logs, catches and refreshes itself).
+CommandRow Batch(const char* id, const char* caption, const char* handler,
+                 void (BatchPanel::*command)()) {
+  return {.id = id,
+          .caption = caption,
+          .handler = handler,
+          .page = RibbonPage::BatchProcessing,
+          .run =
+              [command](MainWindow& w) {
+                w.Batches()->show();
+                w.Batches()->raise();
+                (w.Batches()->*command)();
+              },
+          .runsAlone = true};
 }
 
 /// The command that enters `mode` (or toggles it, for the modes that toggle).
@@ -364,17 +382,20 @@ std::vector<CommandRow> CommandTable() {
               "WorkCanvasAsBackground1"),
       Planned("touch.exportRegions", RibbonPage::GlcdTouch, "Export Regions To Data",
               "ConvertTouchToolButton"),
-      Planned("batch.run", RibbonPage::BatchProcessing, "Run Batch", "RunBatchToolButton"),
-      Planned("batch.runMultiple", RibbonPage::BatchProcessing, "Run Batch Multiple",
-              "RunBatchonalldefinedfilesindefinedfolder1"),
-      Planned("batch.list", RibbonPage::BatchProcessing, "List of all Batches",
-              "ListAllBatchesGlowButton"),
-      Planned("batch.activate", RibbonPage::BatchProcessing, "Activate Current Batch",
-              "ActivateBatchGlowButton"),
-      Planned("batch.create", RibbonPage::BatchProcessing, "Create New Batch",
-              "CreateNewBarchGlowButton"),
-      Planned("batch.edit", RibbonPage::BatchProcessing, "Edit Current Batch",
-              "EditCurrentBatchGlowButton"),
+      Batch("batch.run", "Run Batch", "RunBatchToolButton", &BatchPanel::ApplyPostProButtonClick),
+      Batch("batch.runMultiple", "Run Batch Multiple", "RunBatchonalldefinedfilesindefinedfolder1",
+            &BatchPanel::RunMultipleButtonClick),
+      {.id = "batch.list",
+       .caption = "List of all Batches",
+       .handler = "ListAllBatchesGlowButton",
+       .page = RibbonPage::BatchProcessing,
+       .action = [](MainWindow& w) { return w.Batches()->toggleViewAction(); }},
+      Batch("batch.activate", "Activate Current Batch", "ActivateBatchGlowButton",
+            &BatchPanel::SelectActiveBatchButtonClick),
+      Batch("batch.create", "Create New Batch", "CreateNewBarchGlowButton",
+            &BatchPanel::CreateNewPPButtonClick),
+      Batch("batch.edit", "Edit Current Batch", "EditCurrentBatchGlowButton",
+            &BatchPanel::EditPPButtonClick),
       Planned("animation.reloadRecent", RibbonPage::Animation, "Reload Recent Animation",
               "ReloadlastOpenedAnimationToolButton"),
       Planned("connectivity.settings", RibbonPage::Connectivity, "Connectivity Settings",

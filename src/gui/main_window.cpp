@@ -34,6 +34,7 @@
 #include "app/shell_commands.h"
 #include "app/startup.h"
 #include "app/threshold_commands.h"
+#include "gui/batch_panel.h"
 #include "gui/canvas_view.h"
 #include "gui/escape_poll.h"
 #include "gui/exception_boundary.h"
@@ -230,6 +231,16 @@ MainWindow::MainWindow(std::unique_ptr<DesktopServices> desktop, app::Services* 
                 Refresh();
             }
           });
+  // The batch panel beside them.
+  batchPanel_ = new BatchPanel(
+      state_, services_,
+      [this](const QString& caption, const std::function<void()>& work) {
+        RunCommand(caption, work);
+      },
+      this);
+  addDockWidget(Qt::RightDockWidgetArea, batchPanel_);
+  tabifyDockWidget(explorerDock_, batchPanel_);
+  settingsPanel_->raise();
   connect(explorer_, &Explorer::projectActivated, this, [this] {
     settingsPanel_->Sync();
     Refresh();
@@ -589,6 +600,7 @@ app::ExportResult MainWindow::RunExport(const app::ExportRequest& request, bool 
 
 void MainWindow::Refresh() {
   canvasView_->Refresh();
+  batchPanel_->Refresh();
   // A resize or a mode change may have dropped the layer under the tool: it goes with it.
   const bool threshold = state_.blackWhite.Visible && state_.canvas.Selection().IsFloating();
   canvasTools_->setCurrentWidget(threshold ? static_cast<QWidget*>(thresholdTool_)

@@ -29,6 +29,7 @@ class SingleInstance;
 
 namespace vt::gui {
 
+class BatchPanel;
 class CanvasView;
 class Explorer;
 class EditorTabs;
@@ -73,6 +74,7 @@ class MainWindow final : public QMainWindow {
   Explorer* ProjectsExplorer() const { return explorer_; }
   /// The dock holding the projects explorer.
   QDockWidget* ExplorerDock() const { return explorerDock_; }
+  BatchPanel* Batches() const { return batchPanel_; }
   QTabWidget* Ribbon() const { return ribbon_; }
   /// Windows > Hide Log Window / Show Log Window.
   QAction* HideLogWindowAction() const { return hideLogWindowAction_; }
@@ -182,6 +184,7 @@ class MainWindow final : public QMainWindow {
   Explorer* explorer_ = nullptr;
   QDockWidget* explorerDock_ = nullptr;
   QHash<QString, QMenu*> menus_;
+  BatchPanel* batchPanel_ = nullptr;
   LogWindow* logWindow_ = nullptr;
   QAction* hideLogWindowAction_ = nullptr;
   std::vector<BuiltCommand> commands_;

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QDir>
 #include <QFile>
 #include <QRegularExpression>
 #include <array>
@@ -16,6 +17,7 @@
 #include "settings/geometry.h"
 #include "settings/pixel_modes.h"
 #include "temp_folders.h"
+#include "util/atomic_write.h"
 
 namespace vt::app {
 namespace {
@@ -361,6 +363,84 @@ TEST_F(Export, TheArrayIsSavedUnderACleanedNameOnlyWithDnask) {
   EXPECT_TRUE(kept.savedPath.isEmpty());
   EXPECT_FALSE(QFile::exists(OutFile("kept.h")));
   EXPECT_TRUE(state.text.Modified());
+}
+
+}  // namespace
+}  // namespace vt::app
+
+namespace vt::app {
+namespace {
+
+/// The bytes of the diagonal, each flipped when `inverted`.
+std::vector<int> DiagonalBytes(bool inverted) {
+  std::vector<int> bytes;
+  for (int y = 0; y < 16; ++y) {
+    bytes.push_back(y < 8 ? 0x80 >> y : 0);
+    bytes.push_back(y < 8 ? 0 : 0x80 >> (y - 8));
+  }
+  if (inverted) {
+    for (int& b : bytes) b ^= 0xFF;
+  }
+  return bytes;
+}
+
+std::vector<int> BytesOf(const QString& text) {
+  std::vector<int> bytes;
+  static const QRegularExpression constant(QStringLiteral("0x([0-9A-F]{2})"));
+  for (auto it = constant.globalMatch(text); it.hasNext();) {
+    bytes.push_back(it.next().captured(1).toInt(nullptr, 16));
+  }
+  return bytes;
+}
+
+class PostProcessing : public Export {
+ protected:
+  PostProcessing() {
+    state.settings.folder.bfpa = t.folders.Path(QStringLiteral("batches"));
+    state.settings.folder.PFP = t.folders.Path(QStringLiteral("docs"));
+    QDir().mkpath(state.settings.folder.bfpa);
+    QDir().mkpath(state.settings.folder.PFP);
+    EXPECT_TRUE(WriteFileAtomically(
+        state.settings.folder.bfpa + QStringLiteral("/inv.SPP"),
+        "// x\r\nset hex prefix as '0x'\r\nset hex suffix as ''\r\nwhile hex in line\r\n"
+        "      XOR (FF)\r\n      then overwrite hex\r\n"));
+    state.settings.post.pprof = QStringLiteral("inv.SPP");
+    state.settings.post.Autop = true;
+  }
+};
+
+TEST_F(PostProcessing, TheProjectsBatchEditsTheEditorAfterTheSaveAndTheReportNamesIt) {
+  const ExportResult result = Run(FillExportDialog(state).request);
+  ASSERT_EQ(result.status, ExportStatus::Written);
+  // Saved first (Dnask), then post-processed in the editor.
+  EXPECT_EQ(BytesOf(QString::fromUtf8(vt::test::ReadAll(OutFile()))), DiagonalBytes(false));
+  EXPECT_EQ(Bytes(), DiagonalBytes(true));
+  EXPECT_EQ(state.settings.post.prpopr, QStringLiteral("inv.SPP"));
+  ASSERT_FALSE(t.dialogs.shown.isEmpty());
+  EXPECT_EQ(t.dialogs.shown.last().text,
+            QStringLiteral(" Text Postprocessing done !64 successful occurences found"));
+  EXPECT_EQ(t.dialogs.shown.last().caption, QStringLiteral(" Processing information"));
+  const QString report =
+      QString::fromUtf8(vt::test::ReadAll(state.settings.folder.PFP + QStringLiteral("/Logo.rtf")));
+  EXPECT_TRUE(report.contains(QStringLiteral("Text processing filename : inv.SPP")));
+  EXPECT_TRUE(report.contains(QStringLiteral("Post-Processing : 64 occurences found")));
+}
+
+TEST_F(PostProcessing, SileKeepsTheNoticeAndABatchForTheExportEditsTheTextBeforeTheSave) {
+  state.settings.post.Sile = true;
+  ExportRequest request = FillExportDialog(state).request;
+  request.postProcessBatch = state.settings.folder.bfpa + QStringLiteral("/inv.SPP");
+  const ExportResult result = Run(request);
+  ASSERT_EQ(result.status, ExportStatus::Written);
+  EXPECT_EQ(BytesOf(QString::fromUtf8(vt::test::ReadAll(OutFile()))), DiagonalBytes(true));
+  EXPECT_TRUE(t.dialogs.shown.isEmpty());
+}
+
+TEST_F(PostProcessing, WithoutAutopNoBatchRuns) {
+  state.settings.post.Autop = false;
+  const ExportResult result = Run(FillExportDialog(state).request);
+  ASSERT_EQ(result.status, ExportStatus::Written);
+  EXPECT_EQ(Bytes(), DiagonalBytes(false));
 }
 
 }  // namespace

@@ -136,7 +136,7 @@ TEST_F(CliExport, RefusalsNameTheirCauseAndWriteNothing) {
        2,
        "vantorelle-cli: usage: vantorelle-cli export IMAGE [--settings FILE] [--mode NAME] "
        "[--direction KEY] [--corner N] [--set KEY=VALUE]... [--output-width 8|16|32|bin|ihex] "
-       "[--threshold N | --dither METHOD] [-o OUTPUT]\n"},
+       "[--threshold N | --dither METHOD] [--batch BATCH.SPP] [-o OUTPUT]\n"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.message.toStdString());

@@ -5,6 +5,7 @@
 //   args          the arguments after the program name, one a line (blanks need no quoting);
 //                 $CASE stands for the case folder (inputs), $WORK for a fresh temporary folder
 //   settings.LCD  optional: copied to $WORK/settings.LCD before the run, $WORK filled in
+//   work/         optional: copied into $WORK before the run, as it is (links stay links)
 //   stdout, stderr, status
 //                 what the run prints and its exit status
 //   expected/P    a file the run must leave at $WORK/P, for every such P
@@ -76,6 +77,27 @@ QByteArray Listing(const QString& root) {
   return listing;
 }
 
+/// Copies the tree under `from` into `to`; a symbolic link is made again as a link to the same
+/// name, so that a link to nowhere stays one.
+bool CopyTree(const QString& from, const QString& to) {
+  QDirIterator it(from, QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden | QDir::System,
+                  QDirIterator::Subdirectories);
+  while (it.hasNext()) {
+    const QFileInfo info(it.next());
+    const QString target = to + QLatin1Char('/') + QDir(from).relativeFilePath(info.filePath());
+    bool ok = true;
+    if (info.isSymLink()) {
+      ok = QFile::link(QFileInfo(info.symLinkTarget()).fileName(), target);
+    } else if (info.isDir()) {
+      ok = QDir().mkpath(target);
+    } else {
+      ok = QDir().mkpath(QFileInfo(target).absolutePath()) && QFile::copy(info.filePath(), target);
+    }
+    if (!ok) return false;
+  }
+  return true;
+}
+
 /// Lines of a case file, without the line break after the last.
 QStringList Lines(const QByteArray& text) {
   if (text.isEmpty()) return {};
@@ -127,6 +149,9 @@ TEST_P(CliGolden, RunMatchesItsFiles) {
   QStringList args;
   for (const QString& line : Lines(ReadAll(CaseFile(QStringLiteral("args")))))
     args << places.Expand(line);
+  if (QFileInfo(CaseFile(QStringLiteral("work"))).isDir()) {
+    ASSERT_TRUE(CopyTree(CaseFile(QStringLiteral("work")), work.path()));
+  }
   if (QFile::exists(CaseFile(QStringLiteral("settings.LCD")))) {
     const QString text = QString::fromUtf8(ReadAll(CaseFile(QStringLiteral("settings.LCD"))));
     ASSERT_TRUE(WriteFileAtomically(work.filePath(QStringLiteral("settings.LCD")),

@@ -83,7 +83,7 @@ TEST_F(ShellWindow, ExportFromTheRibbonLeavesTheArrayInTheEditorAndTheOutputFold
   EXPECT_TRUE(window.State().text.Modified());
   EXPECT_EQ(window.State().text.LastLine(), QStringLiteral("// mine"));
   // Work not in this version is shown, greyed, and says so.
-  QAction* planned = window.Command(QStringLiteral("batch.run"));
+  QAction* planned = window.Command(QStringLiteral("vectors.runScript"));
   ASSERT_NE(planned, nullptr);
   EXPECT_FALSE(planned->isEnabled());
   EXPECT_TRUE(planned->toolTip().contains(MainWindow::NotAvailableText()));

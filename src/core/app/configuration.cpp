@@ -9,6 +9,7 @@
 
 #include "app/messages.h"
 #include "app/pixel_mode_commands.h"
+#include "batch/sample_batches.h"
 #include "convert/header_template.h"
 #include "platform/clock.h"
 #include "platform/dialogs.h"
@@ -178,6 +179,16 @@ void LoadFolders(AppState& state, Services& services) {
                 {QStringLiteral("*.EFF"), QStringLiteral("*.eff"), QStringLiteral("*.gif")},
                 folders.FontFP);
   ImportSamples(samples, {QStringLiteral("wallpaper.jpg")}, initFolder);
+  // The built-in sample batches, where the program's folder brought none of that name.
+  for (const batch::SampleBatch& sample : batch::SampleBatches()) {
+    const QString target = Join(folders.bfpa, sample.fileName);
+    if (QFileInfo::exists(target)) continue;
+    if (!WriteFileAtomically(target, (sample.lines.join(QStringLiteral("\r\n")) +
+                                      QStringLiteral("\r\n"))
+                                         .toUtf8())) {
+      state.log.HandledExcept(QStringLiteral("Load Folders"));
+    }
+  }
 }
 
 bool SaveFolders(AppState& state, Services& services) {

@@ -9,6 +9,7 @@
 #include <cstring>
 #include <optional>
 
+#include "app/batch_commands.h"
 #include "app/messages.h"
 #include "app/output_naming.h"
 #include "app/palette_commands.h"
@@ -162,11 +163,11 @@ void FinishByteTarget(AppState& state, ExportRun& run) {
       break;
   }
 }
-/// The text post-processing batch (Autop) and its notice.
-void RunPostProcessing(AppState&, Services&, const ExportRun&) {}
 /// The export report document, PFP + "/" + the output name + ".rtf" (beside the data file when
-/// the request names its path or no project folder is set).
-void WriteExportReport(AppState& state, Services& services, const ExportRun& run) {
+/// the request names its path or no project folder is set). After post-processing it names the
+/// batch and the count of its occurrences.
+void WriteExportReport(AppState& state, Services& services, const ExportRun& run,
+                       std::optional<std::pair<QString, int>> postProcessing = std::nullopt) {
   const settings::Settings& s = run.settings;
   const QString dataPath = OutputPath(state, run);
   const QString folder = run.request.savePath.isEmpty() && !s.folder.PFP.isEmpty()
@@ -190,12 +191,17 @@ void WriteExportReport(AppState& state, Services& services, const ExportRun& run
   info.bytes = run.valueCount;
   info.compression = run.compression;
   info.dataByteCount = run.DataByteCount;
+  info.postProcessing = std::move(postProcessing);
   AppMessenger messenger(state, services.dialogs);
   convert::WriteExportReport(messenger, services.fileUse, s,
                              folder + QLatin1Char('/') +
                                  QFileInfo(run.OutputFileName).completeBaseName() +
                                  QStringLiteral(".rtf"),
                              info);
+}
+/// The text post-processing batch (Autop) with its notice. Returns what the batch did.
+BatchRunOutcome RunPostProcessing(AppState& state, Services& services, const ExportRun& run) {
+  return RunPostExportBatch(state, services, run.request.postProcessBatch);
 }
 /// The frame loop of an animation and its clip file.
 bool ExportAnimationFrames(AppState&, Services&, ExportRun&) { return false; }
@@ -487,6 +493,18 @@ ExportResult TranslateCanvas(AppState& state, Services& services, const ExportRe
   }
   if (DataTargetOf(run.settings.width) != DataTarget::Binary) state.text.SetModified(true);
   ExportResult result = ResultOf(run, ExportStatus::Written);
+  // A batch named for this export edits the text before it is saved; the project's batch runs
+  // on the editor after the save.
+  const bool batchFirst = stored.post.Autop && !request.postProcessBatch.isEmpty();
+  std::optional<BatchRunOutcome> post;
+  if (batchFirst) {
+    post = RunPostProcessing(state, services, run);
+    if (!post->ran) {
+      result.status = ExportStatus::Stopped;
+      result.batchError = post->error;
+      return result;
+    }
+  }
   if (stored.output.Dnask || request.saveAlways || !request.savePath.isEmpty()) {
     result.savedPath = SaveEditorText(state, services, run);
     // A save that failed has told why; the export ends there, without its report.
@@ -495,9 +513,15 @@ ExportResult TranslateCanvas(AppState& state, Services& services, const ExportRe
       return result;
     }
   }
-  // The report tells of the finished export: after the post-processing when it runs.
-  if (stored.post.Autop) RunPostProcessing(state, services, run);
-  WriteExportReport(state, services, run);
+  // The report tells of the finished export; with post-processing it follows the batch, names
+  // it and its count, and is left out when the batch did not run.
+  if (stored.post.Autop && !batchFirst) post = RunPostProcessing(state, services, run);
+  if (!stored.post.Autop) {
+    WriteExportReport(state, services, run);
+  } else if (post && post->ran) {
+    WriteExportReport(state, services, run,
+                      std::pair{QFileInfo(post->batchPath).fileName(), post->result.Occurences});
+  }
   return result;
 }
 

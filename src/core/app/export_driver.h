@@ -18,6 +18,7 @@
 #include "convert/output_width.h"
 #include "convert/scan_walker.h"
 #include "settings/settings.h"
+#include "util/error.h"
 
 namespace vt::app {
 
@@ -82,6 +83,10 @@ struct ExportRequest {
   /// TranslateCanvas also takes them when the environment asks for them
   /// (ReferencePathsRequested).
   bool referencePaths = false;
+  /// With post-processing: this batch file for this export instead of the project's, run on
+  /// the text before it is saved (the desktop program saves first and post-processes the
+  /// editor after).
+  QString postProcessBatch;
 };
 
 /// What the dialog shows when it opens: the request with its boxes taken from the keys and the
@@ -147,7 +152,8 @@ struct ExportResult {
   QString ArrayName;
   long long DataByteCount = 0;
   AreaBounds area;
-  QString savedPath;  ///< the file written; empty when nothing was saved
+  QString savedPath;  ///< the file written; empty when nothing was written
+  std::optional<Error> batchError;  ///< the post-processing batch could not run to its end
 };
 
 /// The command "Export Work Canvas to Data" after its dialog: `request` as the user left the

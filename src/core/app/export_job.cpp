@@ -16,6 +16,7 @@
 #include "app/threshold_commands.h"
 #include "canvas/color_reduction.h"
 #include "canvas/graphic_loading.h"
+#include "convert/data_text.h"
 #include "settings/ini_document.h"
 #include "settings/key_names.h"
 #include "settings/settings_file.h"
@@ -155,9 +156,19 @@ JobOutcome ExportJob::Run(AppState& state, Services& services) const {
   if (floating) request.selection = {0, 0, pixels.width(), pixels.height(), true, false, false};
   request.saveAlways = true;
   if (!output.isEmpty()) request.savePath = QFileInfo(output).absoluteFilePath();
+  if (!batch.isEmpty()) {
+    if (convert::DataTargetOf(state.settings.width) != convert::DataTarget::Text) {
+      outcome.status = JobOutcome::Status::Usage;
+      outcome.errors << QStringLiteral("--batch edits text output only, not binary or Intel Hex");
+      return outcome;
+    }
+    request.RunPostProcess = true;
+    request.postProcessBatch = QFileInfo(batch).absoluteFilePath();
+  }
   const ExportResult result = EncodeButtonClick(state, services, request, /*confirmed=*/true);
   if (result.status != ExportStatus::Written || result.savedPath.isEmpty()) {
     outcome.status = JobOutcome::Status::Refused;
+    if (result.batchError) outcome.errors << result.batchError->ToString();
     return outcome;
   }
   outcome.writtenPath = result.savedPath;

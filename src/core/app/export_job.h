@@ -44,6 +44,7 @@ struct ExportJob {
   std::optional<int> threshold;                ///< monochrome: threshold slider position 0..255
   std::optional<canvas::DitherMethod> dither;  ///< monochrome: dithering method
   QString output;                              ///< empty: OFP under the output name
+  QString batch;  ///< a text batch run on the generated text before it is saved; empty: none
 
   /// Runs the export: loads the settings (a missing file is created with the factory settings),
   /// reads the picture (its size checked on the file's header first), gives the display the
@@ -52,7 +53,9 @@ struct ExportJob {
   /// picture on the canvas (monochrome: thresholded or dithered when asked, else it must be black
   /// and white; gray and colour: reduced to the palette as loading does), names the artwork after
   /// the file and exports. The text is written atomically to `output`, or to OFP under the output
-  /// name. Refused when a message stopped it or the picture is unreadable: nothing is written.
+  /// name. With a batch, the batch edits the text first (text output only), and the export
+  /// report names it. Refused when a message stopped it, the picture is unreadable or the batch
+  /// could not run to its end: nothing is written.
   JobOutcome Run(AppState& state, Services& services) const;
 };
 

@@ -6,6 +6,7 @@
 #include "app/log.h"
 #include "app/mode_flags.h"
 #include "app/modes.h"
+#include "batch/text_batch.h"
 #include "canvas/palettes.h"
 #include "canvas/threshold.h"
 #include "canvas/work_canvas.h"
@@ -43,6 +44,19 @@ struct FileNames {
   bool StartFromDefaults = false;  ///< the init file named no usable project
 };
 
+/// The text batches' state of the application: what outlives a run and what the windows show.
+struct BatchState {
+  batch::HexDelimiters hex;  ///< HexPrefix and HexSuffix, set by a batch for the next runs too
+  QStringList report;        ///< the "Report" tab of the editors
+  bool BatchSilent = false;  ///< a run over many files: no report per line, no notice
+  bool BatchRunning = false;
+  bool showReport = false;  ///< "View Report" was chosen: the editors show the Report tab
+  // Batch Edition: the batch file in the editor and its lines as last written there.
+  QString editPath;
+  QStringList editLines;
+  bool editChanged = false;
+};
+
 /// Everything of application scope: one per window, per command-line run, per test.
 struct AppState {
   settings::Settings settings;
@@ -63,6 +77,7 @@ struct AppState {
   QString PaletteCaption = kDefaultPaletteCaption;
   QString ThirdEditorTabName = QStringLiteral("Script");  ///< a mode names it after its script
   QStringList MRUList;  ///< recent files, full paths, newest first
+  BatchState batch;
 };
 
 /// A floating selection layer is not yet pasted to the Work Canvas. Asked of the canvas itself,

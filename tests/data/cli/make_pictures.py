@@ -132,7 +132,7 @@ def main():
                  'export_set_unknown_key', 'export_option_without_value',
                  'export_unexpected_argument', 'export_two_pages_gray_with_word16',
                  'export_monochrome_inverted', 'export_set_by_section', 'export_without_settings',
-                 'export_output_is_a_folder'):
+                 'export_output_is_a_folder', 'export_batch_invert', 'export_batch_endless'):
         write(case, 'splash-1.png', mono)
     write('export_ihex', 'counting.bmp', bmp_bytes(grid(counting_24x8())))
     thirteen = png_bytes(grid(MONO_13X7))

@@ -1,0 +1,3 @@
+static const int a = 1;
+int b;
+static const char c = 'x';

@@ -1,0 +1,3 @@
+const int a = 1;
+int b;
+const char c = 'x';

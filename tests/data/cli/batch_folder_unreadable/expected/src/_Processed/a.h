@@ -1,0 +1,4 @@
+const uint8_t a [] = {
+ 0x00 , 0x7F ,
+ 0xF0
+};

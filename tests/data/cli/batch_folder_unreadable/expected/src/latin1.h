@@ -1,0 +1,2 @@
+// café in Latin-1
+ 0x10

@@ -1,0 +1,4 @@
+const uint8_t a [] = {
+ 0xFF , 0x80 ,
+ 0x0F
+};
