@@ -60,7 +60,9 @@ ArrayResult WriteArray(const ArrayRequest& request, platform::TextBuffer& text) 
   options.eol = EndOfLineFlagsOf(settings.format);
   options.dataByteCount = header.dataByteCount;
   options.referencePaths = request.referencePaths;
-  DataTextWriter writer(settings, text, options);
+  // Two-page gray writes its second plane apart; the writer puts it after the first array.
+  platform::TextBuffer secondPlane;
+  DataTextWriter writer(settings, text, options, textTarget ? &secondPlane : nullptr);
   writer.SetHexByteTarget(request.hexTarget);
 
   if (textTarget) {

@@ -368,7 +368,7 @@ void DataTextWriter::WriteDataPreamble(const PreambleInfo& info, const HeaderTex
     }
   }
   if (secondPlane_ && !header.secondPlaneHeader.isEmpty()) {
-    secondPlane_->text_.AddLine(header.secondPlaneHeader);
+    secondPlane_->text_.AddLine(TrimTrailingBlanks(ApplyWordType(s, header.secondPlaneHeader)));
   }
 }
 
@@ -448,6 +448,13 @@ void DataTextWriter::WriteDataEnd(const HeaderText& header, const DataEndInfo& i
   const settings::Settings& s = settings_;
   if (secondPlane_) secondPlane_->FinishArray();
   FinishArray();
+  // Two-page gray: the second plane's array follows the first, under its own header.
+  if (secondPlane_ && !secondPlane_->text_.IsEmpty()) {
+    text_.AddLine(QString());
+    for (int i = 0; i < secondPlane_->text_.Count(); ++i) {
+      text_.AddUtf8Line(secondPlane_->text_.Utf8Line(i));
+    }
+  }
   if (info.compression) {
     text_.AddLine(QString());
     if (s.comment.Noh) text_.AddLine(s.block.begds);
