@@ -245,8 +245,11 @@ TEST(DataTextWriter, TwoPageGrayDealsThePairBitsToTwoArrays) {
     writer.WriteDataPreamble({}, header);
     Feed(writer, {0xAA, 0x55, 0xFF, 0x00});
     writer.WriteDataEnd(header, {});
-    EXPECT_EQ(text.Text(), msbFirst ? "const uint8_t  Pic [] = {\n 0xF0 , 0xF0\n};\n"
-                                    : "const uint8_t  Pic [] = {\n 0x0F , 0x0F\n};\n");
+    // The second plane's array follows the first in the text, and stands in its own buffer.
+    EXPECT_EQ(text.Text(), msbFirst ? "const uint8_t  Pic [] = {\n 0xF0 , 0xF0\n};\n\n"
+                                      "const uint8_t  d_Pic [] = {\n 0x0F , 0xF0\n};\n"
+                                    : "const uint8_t  Pic [] = {\n 0x0F , 0x0F\n};\n\n"
+                                      "const uint8_t  d_Pic [] = {\n 0xF0 , 0x0F\n};\n");
     EXPECT_EQ(second.Text(), msbFirst ? "const uint8_t  d_Pic [] = {\n 0x0F , 0xF0\n};\n"
                                       : "const uint8_t  d_Pic [] = {\n 0xF0 , 0x0F\n};\n");
     EXPECT_EQ(writer.ArrayBytes(), 2);
