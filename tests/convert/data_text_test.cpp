@@ -269,7 +269,7 @@ TEST(DataTextWriter, BinaryTargetsTakeTwoHexDigitsAndNoText) {
     DataTextWriter writer(s, text, {EndOfLineFlagsOf(s.format), 0});
     writer.SetHexByteTarget(&target);
     Feed(writer, {0x05, 0xA0});
-    EXPECT_EQ(target.bytes, (QStringList{"05", "A0"})) << keys;  // Neg is for text only
+    EXPECT_EQ(target.bytes, (QStringList{"FA", "5F"})) << keys;  // Neg turns every byte
     EXPECT_EQ(text.Text() + writer.Line(), "") << keys;
   }
 }

@@ -146,13 +146,13 @@ void DataTextWriter::EmitValue(int value, bool endOfPixel) {
   const bool last =
       lastMarked_ || (options_.dataByteCount > 0 && valueCount_ == options_.dataByteCount);
   lastMarked_ = false;
+  // Neg (monochrome inverted) turns every byte, whatever the target.
+  const int byte = settings_.pixel.Neg ? 255 - value : value;
   if (target_ != DataTarget::Text) {
-    // Binary and Intel Hex targets take the bytes as they are (no Neg): the byte target
-    // builds the file.
-    if (hexTarget_) hexTarget_->AppendHexByte(TwoHexDigits(value));
+    // Binary and Intel Hex targets take the bytes alone: the byte target builds the file.
+    if (hexTarget_) hexTarget_->AppendHexByte(TwoHexDigits(byte));
     return;
   }
-  const int byte = settings_.pixel.Neg ? 255 - value : value;
 
   if (dealing_) {
     const std::optional<TwoPageDealing::Dealt> dealt = dealing_->Take(byte);
